@@ -1,0 +1,3 @@
+#include <legacy/oru/types.h>
+
+#include "typetext.h"
