@@ -1,0 +1,18 @@
+// Every public class and function of the settings model.
+#ifndef LEGACY_ORU_ORU_H
+#define LEGACY_ORU_ORU_H
+
+#include <vintor/vintor.h>
+
+#include <legacy/oru/export.h>
+#include <legacy/oru/infobase.h>
+#include <legacy/oru/itembase.h>
+#include <legacy/oru/localizedstring.h>
+#include <legacy/oru/numeric.h>
+#include <legacy/oru/result.h>
+#include <legacy/oru/resultelem.h>
+#include <legacy/oru/stringvalue.h>
+#include <legacy/oru/traits.h>
+#include <legacy/oru/types.h>
+
+#endif

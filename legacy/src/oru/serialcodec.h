@@ -1,0 +1,210 @@
+// The serial codec shared by every family: explicit big-endian put and get,
+// the floating-point mappings of the wire, the envelope of Serialize, the
+// prologue of Deserialize, and a bounded reader that never reads past the
+// size field of a record.
+#ifndef LEGACY_ORU_SRC_SERIALCODEC_H
+#define LEGACY_ORU_SRC_SERIALCODEC_H
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <type_traits>
+
+#include <legacy/oru/itembase.h>
+#include <legacy/oru/traits.h>
+
+namespace Legacy {
+namespace Oru {
+namespace Serial {
+
+using Record = ItemBase::SerialStruct_t;
+using ConstRecord = ItemBase::ConstSerialStruct_t;
+
+inline std::uint16_t ByteSwap(std::uint16_t v) noexcept { return __builtin_bswap16(v); }
+inline std::uint32_t ByteSwap(std::uint32_t v) noexcept { return __builtin_bswap32(v); }
+inline std::uint64_t ByteSwap(std::uint64_t v) noexcept { return __builtin_bswap64(v); }
+
+// Host order to network order and back (the same operation).
+inline std::uint32_t HostToNet32(std::uint32_t v) noexcept {
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    return ByteSwap(v);
+#else
+    return v;
+#endif
+}
+
+// Writes an unsigned integer of N bytes, most significant first.
+template <class U>
+inline void PutBigEndian(unsigned char* out, U value) noexcept {
+    static_assert(std::is_unsigned<U>::value, "unsigned only");
+    for (std::size_t i = 0; i < sizeof(U); ++i) {
+        out[i] = static_cast<unsigned char>(value >> (8 * (sizeof(U) - 1 - i)));
+    }
+}
+
+template <class U>
+inline U GetBigEndian(unsigned char const* in) noexcept {
+    static_assert(std::is_unsigned<U>::value, "unsigned only");
+    U value = 0;
+    for (std::size_t i = 0; i < sizeof(U); ++i) {
+        value = static_cast<U>((value << 8) | in[i]);
+    }
+    return value;
+}
+
+// Truncation toward zero to 64 bits as the processor does it: NaN and values
+// out of range give the lowest number instead of undefined behaviour.
+template <class F>
+inline std::int64_t TruncateToInt64(F value) noexcept {
+    constexpr F limit = F(9223372036854775808.0);  // 2^63
+    if (!(value >= -limit && value < limit)) {
+        return std::numeric_limits<std::int64_t>::min();
+    }
+    return static_cast<std::int64_t>(value);
+}
+
+// The wire's float mapping: truncate to an integer, keep the low 32 bits,
+// reverse their bytes, convert back to float. The same steps write and read,
+// and they only cancel for whole numbers; peers depend on these exact bits.
+inline float MapFloat(float value) noexcept {
+    auto const low = static_cast<std::uint32_t>(static_cast<std::uint64_t>(TruncateToInt64(value)));
+    return static_cast<float>(ByteSwap(low));
+}
+
+// The wire's double mapping: to an unsigned 64-bit integer (values from 2^63
+// by subtracting 2^63 and setting the top bit, negatives through signed),
+// bytes reversed, back to double.
+inline double MapDouble(double value) noexcept {
+    constexpr double two63 = 9223372036854775808.0;
+    std::uint64_t bits;
+    if (value >= two63) {
+        bits = static_cast<std::uint64_t>(TruncateToInt64(value - two63)) | (std::uint64_t(1) << 63);
+    } else {
+        bits = static_cast<std::uint64_t>(TruncateToInt64(value));
+    }
+    return static_cast<double>(ByteSwap(bits));
+}
+
+// One element of a numeric family in its wire form.
+template <class T>
+inline void PutElement(unsigned char* out, typename T::Element value) noexcept {
+    using E = typename T::Element;
+    if constexpr (std::is_same<E, float>::value) {
+        float const mapped = MapFloat(value);
+        std::memcpy(out, &mapped, sizeof mapped);
+    } else if constexpr (std::is_same<E, double>::value) {
+        double const mapped = MapDouble(value);
+        std::memcpy(out, &mapped, sizeof mapped);
+    } else {
+        PutBigEndian(out, static_cast<typename std::make_unsigned<E>::type>(value));
+    }
+}
+
+template <class T>
+inline typename T::Element GetElement(unsigned char const* in) noexcept {
+    using E = typename T::Element;
+    if constexpr (std::is_same<E, float>::value) {
+        float raw;
+        std::memcpy(&raw, in, sizeof raw);
+        return MapFloat(raw);
+    } else if constexpr (std::is_same<E, double>::value) {
+        double raw;
+        std::memcpy(&raw, in, sizeof raw);
+        return MapDouble(raw);
+    } else {
+        return static_cast<E>(GetBigEndian<typename std::make_unsigned<E>::type>(in));
+    }
+}
+
+// Fills the header from the item and allocates a payload of exactly size
+// bytes; answers the payload, or null for a null record. A pointer already in
+// the record is overwritten, not released.
+unsigned char* WriteEnvelope(Record* record, ItemBase const& item, std::uint32_t size);
+
+// The checks every Deserialize begins with: null record -32; id, type or
+// numeric type other than the item's -41; a payload pointer missing for a
+// non-empty size -41.
+int CheckPrologue(ConstRecord const* record, ItemBase const& item) noexcept;
+
+// The prologue and a payload of exactly size bytes.
+int CheckPrologue(ConstRecord const* record, ItemBase const& item, std::uint32_t size) noexcept;
+
+// Sequential reads over a payload that never pass its end: a read that would
+// sets the failed flag and answers zeros, so a decoder checks Failed() once.
+class Reader {
+public:
+    Reader(unsigned char const* data, std::uint32_t size) noexcept
+        : data_(data), remaining_(data ? size : 0), failed_(false) {}
+    explicit Reader(ConstRecord const& record) noexcept
+        : Reader(record.data, record.GetDataSize()) {}
+
+    bool Failed() const noexcept { return failed_; }
+    std::uint32_t Remaining() const noexcept { return remaining_; }
+    unsigned char const* Position() const noexcept { return data_; }
+
+    // The next count bytes, or null (and failed) if fewer remain.
+    unsigned char const* Take(std::uint32_t count) noexcept {
+        if (failed_ || count > remaining_) {
+            failed_ = true;
+            return nullptr;
+        }
+        unsigned char const* const at = data_;
+        data_ += count;
+        remaining_ -= count;
+        return at;
+    }
+
+    template <class U>
+    U BigEndian() noexcept {
+        unsigned char const* const at = Take(sizeof(U));
+        return at ? GetBigEndian<U>(at) : U(0);
+    }
+
+    std::uint8_t Byte() noexcept { return BigEndian<std::uint8_t>(); }
+
+    template <class T>
+    typename T::Element Element() noexcept {
+        unsigned char const* const at = Take(T::k_serialWidth);
+        return at ? GetElement<T>(at) : typename T::Element(0);
+    }
+
+private:
+    unsigned char const* data_;
+    std::uint32_t remaining_;
+    bool failed_;
+};
+
+// Sequential writes into a payload that WriteEnvelope sized; the size
+// computation of the family is the bound.
+class Writer {
+public:
+    explicit Writer(unsigned char* data) noexcept : data_(data) {}
+
+    void Bytes(void const* bytes, std::size_t count) noexcept {
+        if (count != 0) {
+            std::memcpy(data_, bytes, count);
+            data_ += count;
+        }
+    }
+    template <class U>
+    void BigEndian(U value) noexcept {
+        PutBigEndian(data_, value);
+        data_ += sizeof(U);
+    }
+    void Byte(std::uint8_t value) noexcept { *data_++ = value; }
+    template <class T>
+    void Element(typename T::Element value) noexcept {
+        PutElement<T>(data_, value);
+        data_ += T::k_serialWidth;
+    }
+    unsigned char* Position() const noexcept { return data_; }
+
+private:
+    unsigned char* data_;
+};
+
+}  // namespace Serial
+}  // namespace Oru
+}  // namespace Legacy
+
+#endif
