@@ -30,7 +30,8 @@ TEST(LocalizedStringTest, EmptyKeyMakesNoText) {
 TEST(LocalizedStringTest, SubstitutesItemTextsInOrder) {
     LocalizedString message("TypesSystemNumericValidationMax");
     message.AddArgument(Text("Gain"));
-    message.AddArgument(boost::intrusive_ptr<ItemBase const>(NumericItem<S32Traits>::Create(0, -7)));
+    message.AddArgument(
+        boost::intrusive_ptr<ItemBase const>(NumericItem<S32Traits>::Create(0, -7)));
     EXPECT_EQ(message.GetString(""), "Setting 'Gain': the value is above the maximum -7");
     // Unknown keys and argument counts that do not fit give no text.
     EXPECT_EQ(LocalizedString("Unknown.Key.ForTest").GetString(""), "");

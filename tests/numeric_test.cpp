@@ -118,7 +118,8 @@ TYPED_TEST(NumericTypedTest, SerialRoundTripOfWholeNumbers) {
     using E = typename TypeParam::Element;
     for (E value : {E(0), E(1), E(100), E(127)}) {
         SCOPED_TRACE(static_cast<double>(value));
-        boost::intrusive_ptr<NumericItem<TypeParam>> item(NumericItem<TypeParam>::Create(0x420C0005, value));
+        boost::intrusive_ptr<NumericItem<TypeParam>> item(
+            NumericItem<TypeParam>::Create(0x420C0005, value));
         ItemBase::SerialStruct_t record;
         ASSERT_EQ(item->Serialize(&record), 0);
         EXPECT_EQ(record.GetId(), 0x420C0005u);
@@ -173,7 +174,8 @@ TEST(NumericFloatBoundsTest, DefaultRangeExcludesZeroAndNegatives) {
 }
 
 TEST(NumericAssignTest, ConvertsAcrossElementTypes) {
-    boost::intrusive_ptr<NumericInfo<DoubleTraits>> wide(new NumericInfo<DoubleTraits>(1, "d", Permission_t()));
+    boost::intrusive_ptr<NumericInfo<DoubleTraits>> wide(
+        new NumericInfo<DoubleTraits>(1, "d", Permission_t()));
     wide->SetMax(1e300);
     wide->SetMin(-2.7);
     wide->SetDefault(3.9);
@@ -181,8 +183,8 @@ TEST(NumericAssignTest, ConvertsAcrossElementTypes) {
     bool changed = false;
     EXPECT_EQ(target.AssignValue(wide, &changed), 0);
     EXPECT_TRUE(changed);
-    EXPECT_EQ(target.GetDefault(), 3u);                 // truncated toward zero
-    EXPECT_EQ(target.GetMin(), 0xFFFFFFFEu);            // -2 keeps its low bits
+    EXPECT_EQ(target.GetDefault(), 3u);       // truncated toward zero
+    EXPECT_EQ(target.GetMin(), 0xFFFFFFFEu);  // -2 keeps its low bits
     EXPECT_EQ(target.GetName(), "u");
     changed = true;
     EXPECT_EQ(target.AssignValue(wide, &changed), 0);
@@ -190,7 +192,8 @@ TEST(NumericAssignTest, ConvertsAcrossElementTypes) {
     EXPECT_EQ(target.AssignValue(wide, nullptr), 0);
 
     NumericInfo<S8Traits> narrow(3, "s8", Permission_t());
-    boost::intrusive_ptr<NumericInfo<U16Traits>> source(new NumericInfo<U16Traits>(4, "u16", Permission_t()));
+    boost::intrusive_ptr<NumericInfo<U16Traits>> source(
+        new NumericInfo<U16Traits>(4, "u16", Permission_t()));
     source->SetMax(300);
     EXPECT_EQ(narrow.AssignValue(source, &changed), 0);
     EXPECT_EQ(narrow.GetMax(), 44);  // 300 keeps its low 8 bits

@@ -20,7 +20,8 @@ using Vintor::SeverityLevel_t;
 
 std::shared_ptr<ResultElem const> Element(int severity, unsigned int id = 1) {
     boost::intrusive_ptr<ItemBase const> item(NumericItem<U8Traits>::Create(id, 1));
-    return std::make_shared<ResultElem const>(static_cast<SeverityLevel_t>(severity), item, nullptr);
+    return std::make_shared<ResultElem const>(static_cast<SeverityLevel_t>(severity), item,
+                                              nullptr);
 }
 
 TEST(ResultTest, AddsNonNullElementsAtOrAboveTheMinimum) {
@@ -30,7 +31,8 @@ TEST(ResultTest, AddsNonNullElementsAtOrAboveTheMinimum) {
     EXPECT_EQ(result->GetNumResults(), 0u);
     EXPECT_FALSE(result->ContainsResultOfSeverity(static_cast<SeverityLevel_t>(0)));
 
-    result->AddResults({Element(2), nullptr, Element(4), Element(6)}, static_cast<SeverityLevel_t>(4));
+    result->AddResults({Element(2), nullptr, Element(4), Element(6)},
+                       static_cast<SeverityLevel_t>(4));
     ASSERT_EQ(result->GetNumResults(), 2u);
     EXPECT_EQ(result->GetResultArray()[0]->GetSeverityLevel(), 4);
     EXPECT_EQ(result->GetResultArray()[1]->GetSeverityLevel(), 6);
@@ -77,7 +79,8 @@ struct Captured {
     int line;
 };
 
-class Collector : public boost::log::sinks::basic_sink_backend<boost::log::sinks::synchronized_feeding> {
+class Collector
+    : public boost::log::sinks::basic_sink_backend<boost::log::sinks::synchronized_feeding> {
 public:
     void consume(boost::log::record_view const& record) {
         Captured captured{};

@@ -55,7 +55,7 @@ TEST(SerialFormatTest, FloatingMappingsKeepTheirExactBytes) {
     struct Row {
         float written;
         float read;
-    } const floats[] = {{1.5f, 1.0f}, {0.75f, 0.0f}, {-1.0f, 0.0f}, {-2.0f, 255.0f},
+    } const floats[] = {{1.5f, 1.0f}, {0.75f, 0.0f},    {-1.0f, 0.0f},       {-2.0f, 255.0f},
                         {0.0f, 0.0f}, {255.0f, 255.0f}, {65536.0f, 65536.0f}};
     for (auto const& row : floats) {
         SCOPED_TRACE(row.written);
@@ -168,20 +168,20 @@ TEST(SerialStructTest, ClearLeavesThePayloadToTheCaller) {
     boost::intrusive_ptr<NumericItem<U16Traits>> item(NumericItem<U16Traits>::Create(1, 5));
     ItemBase::SerialStruct_t record;
     ASSERT_EQ(item->Serialize(&record), 0);
-    unsigned char* const payload = record.data;
+    unsigned char* const payload = record.GetData();
     ItemBase::SerialStruct_t other;
     other = record;  // both point at one payload now
-    EXPECT_EQ(other.data, payload);
+    EXPECT_EQ(other.GetData(), payload);
     EXPECT_EQ(other.GetId(), 1u);
     record.Clear();
-    EXPECT_EQ(record.data, nullptr);
+    EXPECT_EQ(record.GetData(), nullptr);
     EXPECT_EQ(record.GetDataSize(), 0u);
     EXPECT_EQ(record.type, 0);
     // other releases the payload; record owns nothing any more.
 
     ItemBase::SerialStruct_t empty;
-    EXPECT_EQ(empty.id, 0u);
-    EXPECT_EQ(empty.data, nullptr);
+    EXPECT_EQ(empty.GetId(), 0u);
+    EXPECT_EQ(empty.GetData(), nullptr);
 }
 
 TEST(SerialCodecTest, ReaderNeverPassesTheEnd) {

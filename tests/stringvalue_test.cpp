@@ -159,8 +159,9 @@ TEST(StringTextTest, CompactAndDumpForms) {
     EXPECT_EQ(compact.str(), "\"hi there\"; max length=12");
     std::ostringstream dump;
     info.DumpVal(dump);
-    EXPECT_EQ(dump.str(),
-              "id: 4\npermission: 6\nname: label\ntype: String\nmaxLength: 12\ndefault: hi there\n");
+    EXPECT_EQ(
+        dump.str(),
+        "id: 4\npermission: 6\nname: label\ntype: String\nmaxLength: 12\ndefault: hi there\n");
     boost::intrusive_ptr<ItemBase> item(info.CreateItem());
     std::ostringstream itemDump;
     item->DumpVal(itemDump);

@@ -21,11 +21,13 @@ TEST(TypeTextTest, FamiliesWithoutTextPrintInvalid) {
         unsigned value;
         char const* text;
     } const rows[] = {
-        {0, "Undefined"},   {1, "Bool"},        {2, "Numeric"},      {8, "BoolArray"},
-        {9, "Invalid"},     {10, "Invalid"},    {128, "Colour"},     {131, "Orientation"},
-        {132, "Invalid"},   {135, "LocalizedString"}, {138, "Connection"}, {139, "Invalid"},
-        {140, "Invalid"},   {141, "Invalid"},   {252, "Invalid"},    {253, "Composite"},
-        {254, "Collection"}, {255, "Invalid"},  {0x10002, "Invalid"},
+        {0, "Undefined"},         {1, "Bool"},          {2, "Numeric"},
+        {8, "BoolArray"},         {9, "Invalid"},       {10, "Invalid"},
+        {128, "Colour"},          {131, "Orientation"}, {132, "Invalid"},
+        {135, "LocalizedString"}, {138, "Connection"},  {139, "Invalid"},
+        {140, "Invalid"},         {141, "Invalid"},     {252, "Invalid"},
+        {253, "Composite"},       {254, "Collection"},  {255, "Invalid"},
+        {0x10002, "Invalid"},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.value);

@@ -18,15 +18,20 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
 
 namespace {
 
 using namespace Legacy::Oru;
 
 TEST(ValidationTest, PassingChecksAllocateNothing) {
-    boost::intrusive_ptr<NumericInfo<U32Traits>> info(new NumericInfo<U32Traits>(1, "gain", Permission_t()));
+    boost::intrusive_ptr<NumericInfo<U32Traits>> info(
+        new NumericInfo<U32Traits>(1, "gain", Permission_t()));
     info->SetMax(100);
     boost::intrusive_ptr<NumericItem<U32Traits>> item(NumericItem<U32Traits>::Create(1, 50));
     boost::intrusive_ptr<InfoBase const> const asBase(info);
@@ -44,7 +49,8 @@ TEST(ValidationTest, PassingChecksAllocateNothing) {
 }
 
 TEST(ValidationTest, FailuresCarrySeverityFourAndACopyOfTheItem) {
-    boost::intrusive_ptr<NumericInfo<S16Traits>> info(new NumericInfo<S16Traits>(1, "level", Permission_t()));
+    boost::intrusive_ptr<NumericInfo<S16Traits>> info(
+        new NumericInfo<S16Traits>(1, "level", Permission_t()));
     info->SetMin(-10);
     info->SetMax(10);
     boost::intrusive_ptr<NumericItem<S16Traits>> item(NumericItem<S16Traits>::Create(1, 11));
@@ -73,7 +79,8 @@ TEST(ValidationTest, FailuresCarrySeverityFourAndACopyOfTheItem) {
 
 TEST(ValidationTest, WrongOrMissingInfoIsATypeMismatch) {
     boost::intrusive_ptr<NumericItem<U32Traits>> item(NumericItem<U32Traits>::Create(1, 5));
-    boost::intrusive_ptr<InfoBase const> const signedInfo(new NumericInfo<S32Traits>(1, "n", Permission_t()));
+    boost::intrusive_ptr<InfoBase const> const signedInfo(
+        new NumericInfo<S32Traits>(1, "n", Permission_t()));
     boost::intrusive_ptr<InfoBase const> const textInfo(new StringInfo(1, "s", Permission_t()));
     for (auto const& info : {boost::intrusive_ptr<InfoBase const>(), signedInfo, textInfo}) {
         EXPECT_NE(item->Validate(info), nullptr);
@@ -87,7 +94,8 @@ TEST(ValidationTest, WrongOrMissingInfoIsATypeMismatch) {
 }
 
 TEST(ValidationTest, FloatingDefaultsFailTheMinimumAndNaNPasses) {
-    boost::intrusive_ptr<NumericInfo<FloatTraits>> info(new NumericInfo<FloatTraits>(1, "f", Permission_t()));
+    boost::intrusive_ptr<NumericInfo<FloatTraits>> info(
+        new NumericInfo<FloatTraits>(1, "f", Permission_t()));
     boost::intrusive_ptr<ItemBase> item(info->CreateItem());
     EXPECT_NE(item->ValidateMin(info), nullptr);
     auto* real = static_cast<NumericItem<FloatTraits>*>(item.get());

@@ -4,8 +4,8 @@
 #include <string>
 #include <type_traits>
 
-#include <boost/intrusive_ptr.hpp>
 #include <vintor/vintor.h>
+#include <boost/intrusive_ptr.hpp>
 
 namespace {
 
@@ -13,19 +13,27 @@ using namespace Vintor;
 
 TEST(LocalizationTest, DefaultCatalogueCoversEveryValidationKey) {
     char const* const keys[] = {
-        "TypesSystemValidateTypeMismatch",          "TypesSystemIllegalValidatationError",
-        "TypesSystemNumericValidationMin",          "TypesSystemNumericValidationMax",
-        "TypesSystemNumericArrayValidationMinSize", "TypesSystemNumericArrayValidationMaxSize",
-        "TypesSystemStringArrayValidationMinSize",  "TypesSystemStringArrayValidationMaxSize",
-        "BoolArrayValidationMinSize",               "TypesSystemStringValidationLength",
-        "TypesSystemBoolValidationFixedVal",        "TypesSystemEnumValidationValue",
-        "TypesSystemCompositeValidationSize",       "TypesSystemCompositeTypeMismatch",
+        "TypesSystemValidateTypeMismatch",
+        "TypesSystemIllegalValidatationError",
+        "TypesSystemNumericValidationMin",
+        "TypesSystemNumericValidationMax",
+        "TypesSystemNumericArrayValidationMinSize",
+        "TypesSystemNumericArrayValidationMaxSize",
+        "TypesSystemStringArrayValidationMinSize",
+        "TypesSystemStringArrayValidationMaxSize",
+        "BoolArrayValidationMinSize",
+        "TypesSystemStringValidationLength",
+        "TypesSystemBoolValidationFixedVal",
+        "TypesSystemEnumValidationValue",
+        "TypesSystemCompositeValidationSize",
+        "TypesSystemCompositeTypeMismatch",
     };
     for (char const* key : keys) {
         SCOPED_TRACE(key);
         EXPECT_TRUE(Localization::HasString(key));
     }
-    std::string const text = Localization::GetString("TypesSystemNumericValidationMin", "") % "Gain" % "7";
+    std::string const text =
+        Localization::GetString("TypesSystemNumericValidationMin", "") % "Gain" % "7";
     EXPECT_EQ(text, "Setting 'Gain': the value is below the minimum 7");
 }
 
@@ -34,15 +42,19 @@ TEST(LocalizationTest, UnknownKeysThrowAndSetStringRegisters) {
     EXPECT_THROW(Localization::GetString("NoSuchKey.Test", ""), LocalizationError);
 
     Localization::SetString("Test.Greeting", "%2%, %1%!");
-    EXPECT_EQ(static_cast<std::string>(Localization::GetString("Test.Greeting", "") % "world" % "Hello"),
-              "Hello, world!");
+    EXPECT_EQ(
+        static_cast<std::string>(Localization::GetString("Test.Greeting", "") % "world" % "Hello"),
+        "Hello, world!");
     Localization::SetString("Test.Greeting", "Hi %1%");
-    EXPECT_EQ(static_cast<std::string>(Localization::GetString("Test.Greeting", "") % "you"), "Hi you");
+    EXPECT_EQ(static_cast<std::string>(Localization::GetString("Test.Greeting", "") % "you"),
+              "Hi you");
 
     // A selector picks a registered variant and falls back to the plain key.
     Localization::SetString("Test.Greeting@de", "Hallo %1%");
-    EXPECT_EQ(static_cast<std::string>(Localization::GetString("Test.Greeting", "de") % "du"), "Hallo du");
-    EXPECT_EQ(static_cast<std::string>(Localization::GetString("Test.Greeting", "fr") % "toi"), "Hi toi");
+    EXPECT_EQ(static_cast<std::string>(Localization::GetString("Test.Greeting", "de") % "du"),
+              "Hallo du");
+    EXPECT_EQ(static_cast<std::string>(Localization::GetString("Test.Greeting", "fr") % "toi"),
+              "Hi toi");
 }
 
 TEST(LocalizationTest, WrongArgumentCountsThrowStdExceptions) {

@@ -11,8 +11,8 @@ bool CodeLocation::operator==(CodeLocation const& other) const noexcept {
 }
 
 std::ostream& operator<<(std::ostream& out, CodeLocation const& location) {
-    return out << location.GetFile() << ':' << location.GetLine() << " ("
-               << location.GetFunction() << ')';
+    return out << location.GetFile() << ':' << location.GetLine() << " (" << location.GetFunction()
+               << ')';
 }
 
 Exception::Exception(int code, std::string const& message, CodeLocation const& location)
@@ -20,7 +20,9 @@ Exception::Exception(int code, std::string const& message, CodeLocation const& l
 
 Exception::~Exception() = default;
 
-char const* Exception::what() const noexcept { return message_.c_str(); }
+char const* Exception::what() const noexcept {
+    return message_.c_str();
+}
 
 LogicError::LogicError(int code, std::string const& message, CodeLocation const& location)
     : Exception(code, message, location) {}

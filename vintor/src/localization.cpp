@@ -70,7 +70,9 @@ LocalizationHelper& LocalizationHelper::operator%(std::string const& argument) {
     return *this;
 }
 
-LocalizationHelper::operator std::string() const { return impl_->format.str(); }
+LocalizationHelper::operator std::string() const {
+    return impl_->format.str();
+}
 
 LocalizationHelper Localization::GetString(std::string const& key, std::string const& selector) {
     Catalogue& catalogue = TheCatalogue();
@@ -83,8 +85,9 @@ LocalizationHelper Localization::GetString(std::string const& key, std::string c
     }
     auto const found = catalogue.texts.find(key);
     if (found == catalogue.texts.end()) {
-        throw LocalizationError("no text for message key '" + key + "'",
-                                CodeLocation(__FILE__, "Vintor::Localization::GetString", __LINE__));
+        throw LocalizationError(
+            "no text for message key '" + key + "'",
+            CodeLocation(__FILE__, "Vintor::Localization::GetString", __LINE__));
     }
     return LocalizationHelper(found->second);
 }

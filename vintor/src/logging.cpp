@@ -4,8 +4,11 @@
 
 namespace Vintor {
 
-LoggerFacade::LoggerFacade(std::string const& channel, std::shared_ptr<SeverityChannelLogger> logger)
-    : channel_(channel), logger_(std::move(logger)), threshold_(static_cast<int>(LogLevel_t::Trace)) {}
+LoggerFacade::LoggerFacade(std::string const& channel,
+                           std::shared_ptr<SeverityChannelLogger> logger)
+    : channel_(channel),
+      logger_(std::move(logger)),
+      threshold_(static_cast<int>(LogLevel_t::Trace)) {}
 
 LoggerFacade::~LoggerFacade() = default;
 
@@ -78,7 +81,8 @@ PrintfState<std::string&>& PrintfState<std::string&>::operator%(std::string cons
     if (*format_ == '%') {
         // Skip flags, width and precision up to the conversion letter.
         ++format_;
-        while (*format_ && !((*format_ >= 'a' && *format_ <= 'z') || (*format_ >= 'A' && *format_ <= 'Z'))) {
+        while (*format_ &&
+               !((*format_ >= 'a' && *format_ <= 'z') || (*format_ >= 'A' && *format_ <= 'Z'))) {
             ++format_;
         }
         if (*format_) {

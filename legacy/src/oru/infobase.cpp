@@ -7,7 +7,9 @@
 namespace Legacy {
 namespace Oru {
 
-void intrusive_ptr_add_ref(InfoBase const* info) noexcept { info->count_.FetchAdd(1); }
+void intrusive_ptr_add_ref(InfoBase const* info) noexcept {
+    info->count_.FetchAdd(1);
+}
 
 void intrusive_ptr_release(InfoBase const* info) noexcept {
     // Below 2, not equal to 1: a release at a count of 0 destroys as well.
@@ -24,7 +26,9 @@ InfoBase::InfoBase(InfoBase const& other)
 
 InfoBase::~InfoBase() = default;
 
-NumericType_t InfoBase::GetNumericType() const { return NumericType_t::Undefined; }
+NumericType_t InfoBase::GetNumericType() const {
+    return NumericType_t::Undefined;
+}
 
 bool InfoBase::IsEqualType(boost::intrusive_ptr<ItemBase const> const& item) const {
     return item && item->GetType() == GetType() && item->GetNumericType() == GetNumericType();
@@ -34,9 +38,13 @@ bool InfoBase::IsEqualType(boost::intrusive_ptr<InfoBase const> const& info) con
     return info && info->GetType() == GetType() && info->GetNumericType() == GetNumericType();
 }
 
-int InfoBase::GetRefCount() const noexcept { return count_.FetchAdd(0); }
+int InfoBase::GetRefCount() const noexcept {
+    return count_.FetchAdd(0);
+}
 
-std::ostream& operator<<(std::ostream& out, InfoBase const& info) { return info.operator<<(out); }
+std::ostream& operator<<(std::ostream& out, InfoBase const& info) {
+    return info.operator<<(out);
+}
 
 }  // namespace Oru
 }  // namespace Legacy

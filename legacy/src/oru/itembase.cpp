@@ -16,7 +16,9 @@
 namespace Legacy {
 namespace Oru {
 
-void intrusive_ptr_add_ref(ItemBase const* item) noexcept { item->count_.FetchAdd(1); }
+void intrusive_ptr_add_ref(ItemBase const* item) noexcept {
+    item->count_.FetchAdd(1);
+}
 
 void intrusive_ptr_release(ItemBase const* item) noexcept {
     // Below 2, not equal to 1: a release at a count of 0 destroys as well.
@@ -30,9 +32,12 @@ void intrusive_ptr_release(ItemBase const* item) noexcept {
 ItemBase::SerialStruct_t::SerialStruct_t() noexcept
     : id(0), dataSize(0), type(0), numericType(0), data(nullptr) {}
 
-ItemBase::SerialStruct_t::~SerialStruct_t() { delete[] data; }
+ItemBase::SerialStruct_t::~SerialStruct_t() {
+    delete[] data;
+}
 
-ItemBase::SerialStruct_t& ItemBase::SerialStruct_t::operator=(SerialStruct_t const& other) noexcept {
+ItemBase::SerialStruct_t& ItemBase::SerialStruct_t::operator=(
+    SerialStruct_t const& other) noexcept {
     id = other.id;
     dataSize = other.dataSize;
     type = other.type;
@@ -49,13 +54,17 @@ void ItemBase::SerialStruct_t::Clear() noexcept {
     data = nullptr;
 }
 
-std::uint32_t ItemBase::SerialStruct_t::GetId() const noexcept { return Serial::HostToNet32(id); }
+std::uint32_t ItemBase::SerialStruct_t::GetId() const noexcept {
+    return Serial::HostToNet32(id);
+}
 
 std::uint32_t ItemBase::SerialStruct_t::GetDataSize() const noexcept {
     return Serial::HostToNet32(dataSize);
 }
 
-ItemBase::ConstSerialStruct_t::ConstSerialStruct_t() noexcept { Clear(); }
+ItemBase::ConstSerialStruct_t::ConstSerialStruct_t() noexcept {
+    Clear();
+}
 
 ItemBase::ConstSerialStruct_t::ConstSerialStruct_t(SerialStruct_t const& record) noexcept
     : id(record.id),
@@ -97,9 +106,13 @@ ItemBase::ItemBase(ItemBase const& other) : id_(other.id_) {}
 
 ItemBase::~ItemBase() = default;
 
-NumericType_t ItemBase::GetNumericType() const { return NumericType_t::Undefined; }
+NumericType_t ItemBase::GetNumericType() const {
+    return NumericType_t::Undefined;
+}
 
-bool ItemBase::IsEmpty() const { return false; }
+bool ItemBase::IsEmpty() const {
+    return false;
+}
 
 bool ItemBase::IsEqualType(boost::intrusive_ptr<ItemBase const> const& item) const {
     return item && item->GetType() == GetType() && item->GetNumericType() == GetNumericType();
@@ -115,7 +128,9 @@ std::shared_ptr<ResultElem const> ItemBase::ValidateMax(
     return Validation::Illegal(*this, info.get());
 }
 
-std::string const& ItemBase::GetName() const noexcept { return Texts::Empty(); }
+std::string const& ItemBase::GetName() const noexcept {
+    return Texts::Empty();
+}
 
 std::string ItemBase::GetValAsString() const {
     std::ostringstream out;
@@ -123,9 +138,13 @@ std::string ItemBase::GetValAsString() const {
     return out.str();
 }
 
-int ItemBase::GetRefCount() const noexcept { return count_.FetchAdd(0); }
+int ItemBase::GetRefCount() const noexcept {
+    return count_.FetchAdd(0);
+}
 
-std::ostream& operator<<(std::ostream& out, ItemBase const& item) { return item.operator<<(out); }
+std::ostream& operator<<(std::ostream& out, ItemBase const& item) {
+    return item.operator<<(out);
+}
 
 // ---- the dispatch of type bytes to classes ----
 
@@ -163,9 +182,12 @@ Factory ByNumericType(std::uint8_t numericType) {
 // here; their own prologue refuses a wrong one.
 Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
     switch (type) {
-        case 2: return ByNumericType<NumericItem>(numericType);
-        case 6: return &Make<StringItem>;
-        default: return nullptr;
+        case 2:
+            return ByNumericType<NumericItem>(numericType);
+        case 6:
+            return &Make<StringItem>;
+        default:
+            return nullptr;
     }
 }
 

@@ -22,7 +22,9 @@ LocalizedString const& LocalizedString::operator=(LocalizedString const& other) 
     return *this;
 }
 
-LocalizedString::~LocalizedString() { delete arguments_; }
+LocalizedString::~LocalizedString() {
+    delete arguments_;
+}
 
 bool LocalizedString::operator==(LocalizedString const& other) const {
     return key_ == other.key_ && *arguments_ == *other.arguments_;

@@ -83,7 +83,8 @@ bool NumericInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& o
 
 template <class T>
 int NumericInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that = IsEqualType(other) ? dynamic_cast<NumericInfo const*>(other.get()) : nullptr;
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<NumericInfo const*>(other.get()) : nullptr;
     if (!that) {
         return -36;
     }
@@ -118,8 +119,8 @@ int NumericInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& sour
     if (!read) {
         return -26;
     }
-    bool const differs = !T::IsEqual(default_, newDefault) || !T::IsEqual(max_, newMax) ||
-                         !T::IsEqual(min_, newMin);
+    bool const differs =
+        !T::IsEqual(default_, newDefault) || !T::IsEqual(max_, newMax) || !T::IsEqual(min_, newMin);
     default_ = newDefault;
     max_ = newMax;
     min_ = newMin;
@@ -141,8 +142,8 @@ void NumericInfo<T>::DumpVal(std::ostream& out) const {
 template <class T>
 std::ostream& NumericInfo<T>::operator<<(std::ostream& out) const {
     using S = typename T::StreamOutType;
-    return out << static_cast<S>(min_) << " <= " << static_cast<S>(default_) << " <= "
-               << static_cast<S>(max_);
+    return out << static_cast<S>(min_) << " <= " << static_cast<S>(default_)
+               << " <= " << static_cast<S>(max_);
 }
 
 template <class T>
@@ -309,9 +310,10 @@ std::shared_ptr<ResultElem const> NumericItem<T>::ValidateMin(
     if (!(value_ < numericInfo->GetMin())) {
         return nullptr;
     }
-    return Validation::Fail(*this, "TypesSystemNumericValidationMin",
-                            {numericInfo->GetName(),
-                             Validation::Text(static_cast<typename T::DumpType>(numericInfo->GetMin()))});
+    return Validation::Fail(
+        *this, "TypesSystemNumericValidationMin",
+        {numericInfo->GetName(),
+         Validation::Text(static_cast<typename T::DumpType>(numericInfo->GetMin()))});
 }
 
 template <class T>
@@ -324,22 +326,27 @@ std::shared_ptr<ResultElem const> NumericItem<T>::ValidateMax(
     if (!(value_ > numericInfo->GetMax())) {
         return nullptr;
     }
-    return Validation::Fail(*this, "TypesSystemNumericValidationMax",
-                            {numericInfo->GetName(),
-                             Validation::Text(static_cast<typename T::DumpType>(numericInfo->GetMax()))});
+    return Validation::Fail(
+        *this, "TypesSystemNumericValidationMax",
+        {numericInfo->GetName(),
+         Validation::Text(static_cast<typename T::DumpType>(numericInfo->GetMax()))});
 }
 
 template <class T>
 bool NumericItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                       boost::intrusive_ptr<InfoBase const> const& /*info*/) {
     if (in.eof()) {
-        errors << "Error parsing " << "numericItem" << "\n";
+        errors << "Error parsing "
+               << "numericItem"
+               << "\n";
         return false;
     }
     typename T::StreamInType read{};
     in >> read;
     if (in.fail() || in.bad()) {
-        errors << "Error parsing " << "numericItem" << "\n";
+        errors << "Error parsing "
+               << "numericItem"
+               << "\n";
         return false;
     }
     // The 8-bit members keep the low bits, with no range check.

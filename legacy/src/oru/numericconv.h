@@ -25,17 +25,38 @@ struct TraitsTag {
 template <class Visitor>
 bool VisitNumericType(NumericType_t type, Visitor&& visit) {
     switch (type) {
-        case NumericType_t::U8: visit(TraitsTag<U8Traits>{}); return true;
-        case NumericType_t::S8: visit(TraitsTag<S8Traits>{}); return true;
-        case NumericType_t::U16: visit(TraitsTag<U16Traits>{}); return true;
-        case NumericType_t::S16: visit(TraitsTag<S16Traits>{}); return true;
-        case NumericType_t::U32: visit(TraitsTag<U32Traits>{}); return true;
-        case NumericType_t::S32: visit(TraitsTag<S32Traits>{}); return true;
-        case NumericType_t::U64: visit(TraitsTag<U64Traits>{}); return true;
-        case NumericType_t::S64: visit(TraitsTag<S64Traits>{}); return true;
-        case NumericType_t::Float: visit(TraitsTag<FloatTraits>{}); return true;
-        case NumericType_t::Double: visit(TraitsTag<DoubleTraits>{}); return true;
-        default: return false;
+        case NumericType_t::U8:
+            visit(TraitsTag<U8Traits>{});
+            return true;
+        case NumericType_t::S8:
+            visit(TraitsTag<S8Traits>{});
+            return true;
+        case NumericType_t::U16:
+            visit(TraitsTag<U16Traits>{});
+            return true;
+        case NumericType_t::S16:
+            visit(TraitsTag<S16Traits>{});
+            return true;
+        case NumericType_t::U32:
+            visit(TraitsTag<U32Traits>{});
+            return true;
+        case NumericType_t::S32:
+            visit(TraitsTag<S32Traits>{});
+            return true;
+        case NumericType_t::U64:
+            visit(TraitsTag<U64Traits>{});
+            return true;
+        case NumericType_t::S64:
+            visit(TraitsTag<S64Traits>{});
+            return true;
+        case NumericType_t::Float:
+            visit(TraitsTag<FloatTraits>{});
+            return true;
+        case NumericType_t::Double:
+            visit(TraitsTag<DoubleTraits>{});
+            return true;
+        default:
+            return false;
     }
 }
 

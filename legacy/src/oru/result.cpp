@@ -1,10 +1,10 @@
 #include <legacy/oru/result.h>
 
+#include <boost/log/attributes/constant.hpp>
 #include <boost/log/attributes/value_extraction.hpp>
 #include <boost/log/core/core.hpp>
 #include <boost/log/core/record.hpp>
 #include <boost/log/sources/record_ostream.hpp>
-#include <boost/log/attributes/constant.hpp>
 
 #include <vintor/codelocation.h>
 
@@ -16,7 +16,8 @@ namespace {
 // The library's own logger handle, held for its lifetime; nothing logs
 // through it, but applications configure the channel by its presence.
 struct LibraryLogger {
-    LibraryLogger() : facade(Vintor::LogManager::Instance().GetLogger("Vintor.ConfigItem", nullptr, {})) {}
+    LibraryLogger()
+        : facade(Vintor::LogManager::Instance().GetLogger("Vintor.ConfigItem", nullptr, {})) {}
     std::shared_ptr<Vintor::LoggerFacade> facade;
 };
 
@@ -31,7 +32,9 @@ Result::Result(Result const& other) : id_(other.id_) {
     results_ = other.results_;
 }
 
-std::shared_ptr<Result> Result::Clone() const { return std::make_shared<Result>(*this); }
+std::shared_ptr<Result> Result::Clone() const {
+    return std::make_shared<Result>(*this);
+}
 
 Result::~Result() = default;
 
@@ -58,7 +61,8 @@ void Result::AddResults(Elements const& elements, Vintor::SeverityLevel_t minimu
     }
 }
 
-void Result::AddResults(std::shared_ptr<Result const> const& other, Vintor::SeverityLevel_t minimum) {
+void Result::AddResults(std::shared_ptr<Result const> const& other,
+                        Vintor::SeverityLevel_t minimum) {
     if (!other || other.get() == this) {
         return;
     }
@@ -75,12 +79,14 @@ bool Result::ContainsResultOfSeverity(Vintor::SeverityLevel_t level) const noexc
     return false;
 }
 
-void Result::LogResults(std::shared_ptr<Vintor::LoggerFacade> logger, std::string const& prefix) const {
+void Result::LogResults(std::shared_ptr<Vintor::LoggerFacade> logger,
+                        std::string const& prefix) const {
     if (!logger) {
         return;
     }
     for (auto const& element : results_) {
-        Vintor::LogLevel_t const level = Vintor::GetLogLevelFromSeverity(element->GetSeverityLevel());
+        Vintor::LogLevel_t const level =
+            Vintor::GetLogLevelFromSeverity(element->GetSeverityLevel());
         auto const& source = logger->get();
         if (!source || !logger->IsEnabled(level)) {
             continue;
@@ -96,9 +102,10 @@ void Result::LogResults(std::shared_ptr<Vintor::LoggerFacade> logger, std::strin
         }
         std::string const text = element->GetAsString();
         Vintor::LogExec exec("%s%s");
-        Vintor::CodeLocation const location("legacy/src/oru/result", "Legacy::Oru::Result::LogResults", 161);
-        record.attribute_values().insert(
-            "Location", boost::log::attributes::make_attribute_value(location));
+        Vintor::CodeLocation const location("legacy/src/oru/result",
+                                            "Legacy::Oru::Result::LogResults", 161);
+        record.attribute_values().insert("Location",
+                                         boost::log::attributes::make_attribute_value(location));
         exec() % prefix % text;
         {
             // The pump pushes the record at the end of the scope unless an

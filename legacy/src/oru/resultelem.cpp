@@ -17,7 +17,9 @@ ResultElem::ResultElem(Vintor::SeverityLevel_t const& severity,
 
 ResultElem::~ResultElem() = default;
 
-std::string ResultElem::GetAsString() const { return std::string(); }
+std::string ResultElem::GetAsString() const {
+    return std::string();
+}
 
 }  // namespace Oru
 }  // namespace Legacy

@@ -20,9 +20,15 @@ namespace Serial {
 using Record = ItemBase::SerialStruct_t;
 using ConstRecord = ItemBase::ConstSerialStruct_t;
 
-inline std::uint16_t ByteSwap(std::uint16_t v) noexcept { return __builtin_bswap16(v); }
-inline std::uint32_t ByteSwap(std::uint32_t v) noexcept { return __builtin_bswap32(v); }
-inline std::uint64_t ByteSwap(std::uint64_t v) noexcept { return __builtin_bswap64(v); }
+inline std::uint16_t ByteSwap(std::uint16_t v) noexcept {
+    return __builtin_bswap16(v);
+}
+inline std::uint32_t ByteSwap(std::uint32_t v) noexcept {
+    return __builtin_bswap32(v);
+}
+inline std::uint64_t ByteSwap(std::uint64_t v) noexcept {
+    return __builtin_bswap64(v);
+}
 
 // Host order to network order and back (the same operation).
 inline std::uint32_t HostToNet32(std::uint32_t v) noexcept {
@@ -78,7 +84,8 @@ inline double MapDouble(double value) noexcept {
     constexpr double two63 = 9223372036854775808.0;
     std::uint64_t bits;
     if (value >= two63) {
-        bits = static_cast<std::uint64_t>(TruncateToInt64(value - two63)) | (std::uint64_t(1) << 63);
+        bits =
+            static_cast<std::uint64_t>(TruncateToInt64(value - two63)) | (std::uint64_t(1) << 63);
     } else {
         bits = static_cast<std::uint64_t>(TruncateToInt64(value));
     }

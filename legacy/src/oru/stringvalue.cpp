@@ -17,7 +17,8 @@ namespace Oru {
 
 // ---- StringInfo ----
 
-StringInfo::StringInfo(unsigned int const& id, std::string const& name, Permission_t const& permission)
+StringInfo::StringInfo(unsigned int const& id, std::string const& name,
+                       Permission_t const& permission)
     : InfoBase(id, name, permission), maxLength_(256) {}
 
 StringInfo::StringInfo(StringInfo const& other)
@@ -48,17 +49,23 @@ StringInfo* StringInfo::DeepCopy(unsigned int id) const {
     return static_cast<StringInfo*>(DeepCopy(id, GetName(), GetPermission()));
 }
 
-ItemBase* StringInfo::CreateItem() const { return StringItem::Create(GetId(), default_); }
+ItemBase* StringInfo::CreateItem() const {
+    return StringItem::Create(GetId(), default_);
+}
 
-OruType_t StringInfo::GetType() const { return GetTypeStatic(); }
+OruType_t StringInfo::GetType() const {
+    return GetTypeStatic();
+}
 
 bool StringInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that = IsEqualType(other) ? dynamic_cast<StringInfo const*>(other.get()) : nullptr;
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<StringInfo const*>(other.get()) : nullptr;
     return that && that->maxLength_ == maxLength_;
 }
 
 int StringInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that = IsEqualType(other) ? dynamic_cast<StringInfo const*>(other.get()) : nullptr;
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<StringInfo const*>(other.get()) : nullptr;
     if (!that) {
         return -36;
     }
@@ -73,8 +80,9 @@ int StringInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, 
     if (!source) {
         return -31;
     }
-    auto const* const that =
-        source->GetType() == OruType_t::String ? dynamic_cast<StringInfo const*>(source.get()) : nullptr;
+    auto const* const that = source->GetType() == OruType_t::String
+                                 ? dynamic_cast<StringInfo const*>(source.get())
+                                 : nullptr;
     if (!that) {
         return -26;
     }
@@ -134,16 +142,25 @@ StringItem* StringItem::Create(unsigned int id, std::string const& value) {
 
 StringItem::~StringItem() = default;
 
-ItemBase* StringItem::DeepCopy(unsigned int id) const { return Create(id, value_); }
+ItemBase* StringItem::DeepCopy(unsigned int id) const {
+    return Create(id, value_);
+}
 
-StringItem* StringItem::DeepCopy() const { return Create(GetId(), value_); }
+StringItem* StringItem::DeepCopy() const {
+    return Create(GetId(), value_);
+}
 
-OruType_t StringItem::GetType() const { return GetTypeStatic(); }
+OruType_t StringItem::GetType() const {
+    return GetTypeStatic();
+}
 
-bool StringItem::IsEmpty() const { return value_.empty(); }
+bool StringItem::IsEmpty() const {
+    return value_.empty();
+}
 
 bool StringItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that = IsEqualType(other) ? dynamic_cast<StringItem const*>(other.get()) : nullptr;
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<StringItem const*>(other.get()) : nullptr;
     return that && that->value_ == value_;
 }
 
@@ -238,7 +255,9 @@ void StringItem::DumpVal(std::ostream& out) const {
     Dump::Line(out, "value: ", value_);
 }
 
-std::ostream& StringItem::operator<<(std::ostream& out) const { return out << value_; }
+std::ostream& StringItem::operator<<(std::ostream& out) const {
+    return out << value_;
+}
 
 void StringItem::SetVal(std::string const& value, StringInfo const& info) {
     value_ = value.substr(0, static_cast<std::size_t>(

@@ -14,7 +14,9 @@ std::string const& True();
 std::string const& Separator();     // ", "
 std::string const& UriSeparator();  // "://"
 
-inline std::string const& Bool(bool value) { return value ? True() : False(); }
+inline std::string const& Bool(bool value) {
+    return value ? True() : False();
+}
 
 }  // namespace Texts
 }  // namespace Oru

@@ -16,27 +16,48 @@ namespace Oru {
 // print "Invalid"; callers compare against these texts.
 inline char const* OruTypeText(OruType_t type) noexcept {
     switch (static_cast<std::uint32_t>(type)) {
-        case 0: return "Undefined";
-        case 1: return "Bool";
-        case 2: return "Numeric";
-        case 3: return "NumericArray";
-        case 4: return "NumericSparse";
-        case 5: return "Enum";
-        case 6: return "String";
-        case 7: return "StringArray";
-        case 8: return "BoolArray";
-        case 128: return "Colour";
-        case 129: return "Coordinate";
-        case 130: return "Rectangle";
-        case 131: return "Orientation";
-        case 134: return "Addr";
-        case 135: return "LocalizedString";
-        case 136: return "Endpoint";
-        case 137: return "AppEndpoint";
-        case 138: return "Connection";
-        case 253: return "Composite";
-        case 254: return "Collection";
-        default: return "Invalid";
+        case 0:
+            return "Undefined";
+        case 1:
+            return "Bool";
+        case 2:
+            return "Numeric";
+        case 3:
+            return "NumericArray";
+        case 4:
+            return "NumericSparse";
+        case 5:
+            return "Enum";
+        case 6:
+            return "String";
+        case 7:
+            return "StringArray";
+        case 8:
+            return "BoolArray";
+        case 128:
+            return "Colour";
+        case 129:
+            return "Coordinate";
+        case 130:
+            return "Rectangle";
+        case 131:
+            return "Orientation";
+        case 134:
+            return "Addr";
+        case 135:
+            return "LocalizedString";
+        case 136:
+            return "Endpoint";
+        case 137:
+            return "AppEndpoint";
+        case 138:
+            return "Connection";
+        case 253:
+            return "Composite";
+        case 254:
+            return "Collection";
+        default:
+            return "Invalid";
     }
 }
 

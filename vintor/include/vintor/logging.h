@@ -19,7 +19,8 @@
 
 namespace Vintor {
 
-using SeverityChannelLogger = boost::log::sources::severity_channel_logger_mt<LogLevel_t, std::string>;
+using SeverityChannelLogger =
+    boost::log::sources::severity_channel_logger_mt<LogLevel_t, std::string>;
 
 // The logger of one channel with a threshold of its own. A new facade is
 // enabled at every level.

@@ -10,8 +10,8 @@
 #include <iosfwd>
 #include <string>
 
-#include <boost/intrusive_ptr.hpp>
 #include <vintor/atomic32.h>
+#include <boost/intrusive_ptr.hpp>
 
 #include <legacy/oru/export.h>
 #include <legacy/oru/types.h>

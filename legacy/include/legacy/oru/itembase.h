@@ -14,8 +14,8 @@
 #include <memory>
 #include <string>
 
-#include <boost/intrusive_ptr.hpp>
 #include <vintor/atomic32.h>
+#include <boost/intrusive_ptr.hpp>
 
 #include <legacy/oru/export.h>
 #include <legacy/oru/infobase.h>
@@ -55,6 +55,8 @@ public:
         // The id and size in host order.
         std::uint32_t GetId() const noexcept;
         std::uint32_t GetDataSize() const noexcept;
+        // The payload pointer by value: the packed field cannot bind a reference.
+        unsigned char* GetData() const noexcept { return data; }
     };
 
     // The reader's record: it borrows the payload of whoever supplied it.
@@ -74,6 +76,7 @@ public:
 
         std::uint32_t GetId() const noexcept;
         std::uint32_t GetDataSize() const noexcept;
+        unsigned char const* GetData() const noexcept { return data; }
         // Sets the header from host-order values.
         void SetHeader(std::uint32_t hostId, std::uint32_t hostDataSize, std::uint8_t typeByte,
                        std::uint8_t numericTypeByte) noexcept;
@@ -82,7 +85,9 @@ public:
 
     explicit ItemBase(unsigned int id);
     // Does nothing: the id stays.
-    ItemBase const& operator=(ItemBase const&) { return *this; }
+    ItemBase const& operator=(ItemBase const&) {
+        return *this;
+    }
 
     virtual ~ItemBase();
     // A new Item of the same class and value under the given id; count 0.
@@ -118,13 +123,17 @@ public:
     virtual void DumpVal(std::ostream& out) const = 0;
     virtual std::ostream& operator<<(std::ostream& out) const = 0;
 
-    ItemBase* DeepCopy() const { return DeepCopy(id_); }
+    ItemBase* DeepCopy() const {
+        return DeepCopy(id_);
+    }
 
     // Makes the Item of the record's type and id and lets it read the record.
     // On a failure of that read, item holds the new object with its default.
     static int Deserialize(ConstSerialStruct_t const* record, boost::intrusive_ptr<ItemBase>& item);
 
-    unsigned int const& GetId() const noexcept { return id_; }
+    unsigned int const& GetId() const noexcept {
+        return id_;
+    }
     // Items have no name: one static empty string.
     std::string const& GetName() const noexcept;
     // AssignArrayValue at index 0.
@@ -135,18 +144,38 @@ public:
     std::string GetValAsString() const;
     int GetRefCount() const noexcept;
 
-    static OruType_t GetTypeStatic() noexcept { return OruType_t::Undefined; }
-    static NumericType_t GetNumericTypeStatic() noexcept { return NumericType_t::Undefined; }
+    static OruType_t GetTypeStatic() noexcept {
+        return OruType_t::Undefined;
+    }
+    static NumericType_t GetNumericTypeStatic() noexcept {
+        return NumericType_t::Undefined;
+    }
 
-    bool operator==(unsigned int id) const noexcept { return id_ == id; }
-    bool operator==(ItemBase const& other) const noexcept { return id_ == other.id_; }
-    bool operator<(unsigned int id) const noexcept { return id_ < id; }
-    bool operator<(ItemBase const& other) const noexcept { return id_ < other.id_; }
-    bool operator<=(ItemBase const& other) const noexcept { return id_ <= other.id_; }
-    bool operator>(ItemBase const& other) const noexcept { return id_ > other.id_; }
-    bool operator>=(ItemBase const& other) const noexcept { return id_ >= other.id_; }
+    bool operator==(unsigned int id) const noexcept {
+        return id_ == id;
+    }
+    bool operator==(ItemBase const& other) const noexcept {
+        return id_ == other.id_;
+    }
+    bool operator<(unsigned int id) const noexcept {
+        return id_ < id;
+    }
+    bool operator<(ItemBase const& other) const noexcept {
+        return id_ < other.id_;
+    }
+    bool operator<=(ItemBase const& other) const noexcept {
+        return id_ <= other.id_;
+    }
+    bool operator>(ItemBase const& other) const noexcept {
+        return id_ > other.id_;
+    }
+    bool operator>=(ItemBase const& other) const noexcept {
+        return id_ >= other.id_;
+    }
     // Always false, the empty string included: an Item has no name to compare.
-    bool operator==(std::string const&) const noexcept { return false; }
+    bool operator==(std::string const&) const noexcept {
+        return false;
+    }
 
 protected:
     ItemBase(ItemBase const& other);

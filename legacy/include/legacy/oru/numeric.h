@@ -128,19 +128,19 @@ private:
 };
 
 #define LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(X) \
-    X(U8Traits)                              \
-    X(S8Traits)                              \
-    X(U16Traits)                             \
-    X(S16Traits)                             \
-    X(U32Traits)                             \
-    X(S32Traits)                             \
-    X(U64Traits)                             \
-    X(S64Traits)                             \
-    X(FloatTraits)                           \
+    X(U8Traits)                               \
+    X(S8Traits)                               \
+    X(U16Traits)                              \
+    X(S16Traits)                              \
+    X(U32Traits)                              \
+    X(S32Traits)                              \
+    X(U64Traits)                              \
+    X(S64Traits)                              \
+    X(FloatTraits)                            \
     X(DoubleTraits)
 
-#define LEGACY_ORU_DECLARE_NUMERIC(T)            \
-    extern template class NumericInfo<T>;        \
+#define LEGACY_ORU_DECLARE_NUMERIC(T)     \
+    extern template class NumericInfo<T>; \
     extern template class NumericItem<T>;
 LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(LEGACY_ORU_DECLARE_NUMERIC)
 #undef LEGACY_ORU_DECLARE_NUMERIC

@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include <boost/intrusive_ptr.hpp>
 #include <vintor/severity.h>
+#include <boost/intrusive_ptr.hpp>
 
 #include <legacy/oru/export.h>
 #include <legacy/oru/infobase.h>

@@ -34,7 +34,8 @@ bool IsEqualByDistance(E a, E b, E tolerance) noexcept {
         using U = typename std::make_unsigned<E>::type;
         E const larger = a > b ? a : b;
         E const smaller = a > b ? b : a;
-        auto const distance = static_cast<E>(static_cast<U>(static_cast<U>(larger) - static_cast<U>(smaller)));
+        auto const distance =
+            static_cast<E>(static_cast<U>(static_cast<U>(larger) - static_cast<U>(smaller)));
         return distance < E(1);
     }
 }
@@ -80,14 +81,21 @@ struct ORU_API FloatingTraits {
 
 }  // namespace Detail
 
-struct ORU_API U8Traits : Detail::IntegerTraits<unsigned char, NumericType_t::U8, unsigned short, unsigned short, unsigned char> {};
-struct ORU_API S8Traits : Detail::IntegerTraits<signed char, NumericType_t::S8, short, short, signed char> {};
-struct ORU_API U16Traits : Detail::IntegerTraits<unsigned short, NumericType_t::U16, unsigned short, unsigned short, unsigned short> {};
+struct ORU_API U8Traits : Detail::IntegerTraits<unsigned char, NumericType_t::U8, unsigned short,
+                                                unsigned short, unsigned char> {};
+struct ORU_API S8Traits
+    : Detail::IntegerTraits<signed char, NumericType_t::S8, short, short, signed char> {};
+struct ORU_API U16Traits : Detail::IntegerTraits<unsigned short, NumericType_t::U16, unsigned short,
+                                                 unsigned short, unsigned short> {};
 struct ORU_API S16Traits : Detail::IntegerTraits<short, NumericType_t::S16, short, short, short> {};
-struct ORU_API U32Traits : Detail::IntegerTraits<unsigned int, NumericType_t::U32, unsigned int, unsigned int, unsigned int> {};
+struct ORU_API U32Traits : Detail::IntegerTraits<unsigned int, NumericType_t::U32, unsigned int,
+                                                 unsigned int, unsigned int> {};
 struct ORU_API S32Traits : Detail::IntegerTraits<int, NumericType_t::S32, int, int, int> {};
-struct ORU_API U64Traits : Detail::IntegerTraits<unsigned long long, NumericType_t::U64, unsigned long long, unsigned long long, unsigned long long> {};
-struct ORU_API S64Traits : Detail::IntegerTraits<long long, NumericType_t::S64, long long, long long, long long> {};
+struct ORU_API U64Traits
+    : Detail::IntegerTraits<unsigned long long, NumericType_t::U64, unsigned long long,
+                            unsigned long long, unsigned long long> {};
+struct ORU_API S64Traits
+    : Detail::IntegerTraits<long long, NumericType_t::S64, long long, long long, long long> {};
 struct ORU_API FloatTraits : Detail::FloatingTraits<float, NumericType_t::Float> {};
 struct ORU_API DoubleTraits : Detail::FloatingTraits<double, NumericType_t::Double> {};
 
