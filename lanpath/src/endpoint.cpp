@@ -70,8 +70,6 @@ Endpoint<A> Endpoint<A>::FromString(std::string const& text) {
     if (colon != std::string::npos &&
         Detail::ParsePort(text.data() + colon + 1, text.data() + text.size(), port)) {
         host = text.substr(0, colon);
-    } else {
-        port = 0;
     }
     if (host.size() >= 2 && host.front() == '[' && host.back() == ']') {
         host = host.substr(1, host.size() - 2);
