@@ -85,6 +85,9 @@ TEST(LanpathUriTest, SchemesCompareWithoutCase) {
     EXPECT_NE(UriScheme("http"), UriScheme(""));
     EXPECT_EQ(UriScheme(), UriScheme(""));
     EXPECT_TRUE(UriScheme().IsEmpty());
+    // Zero bytes are compared like any other byte, not taken as the end.
+    EXPECT_EQ(UriScheme(std::string("a\0b", 3)), UriScheme(std::string("A\0B", 3)));
+    EXPECT_NE(UriScheme(std::string("a\0b", 3)), UriScheme("a"));
     // The word is kept as written; only comparison ignores case.
     EXPECT_EQ("RTSP", Uri("RTSP://cam/").GetScheme().GetString());
     EXPECT_EQ(Uri("a:b"), Uri("a:b"));
@@ -120,6 +123,37 @@ TEST(LanpathUriTest, AppEndpointTakesHostAndPortFromTheUri) {
     EXPECT_NE(rtsp, AppEndpoint("rtsp://cam/live2"));
     EXPECT_EQ("", AppEndpoint().ToString());
     EXPECT_EQ(Net::Endpoint<Net::AddrStr>(), AppEndpoint().GetEndpoint());
+}
+
+}  // namespace
+
+namespace {
+
+// Every short text over the URI delimiters parses without harm, keeps its text,
+// and yields an endpoint whose text form reads back to the same host and port.
+TEST(LanpathUriTest, AnyShortTextParsesAndItsEndpointRoundTrips) {
+    std::string const alphabet = "a1:/[]@?#%";
+    std::vector<std::string> texts = {"h://"};
+    for (std::size_t length = 1; length <= 4; ++length) {
+        std::vector<std::string> longer;
+        for (std::string const& text : texts) {
+            if (text.size() == length + 3) {
+                for (char c : alphabet) {
+                    longer.push_back(text + c);
+                }
+            }
+        }
+        texts.insert(texts.end(), longer.begin(), longer.end());
+    }
+    for (std::string const& text : texts) {
+        SCOPED_TRACE(text);
+        AppEndpoint const app(text);
+        ASSERT_EQ(text, app.ToString());
+        ASSERT_EQ(app.GetUri().GetHost(), app.GetEndpoint().GetAddr().ToString());
+        ASSERT_EQ(app.GetUri().GetPort(), app.GetEndpoint().GetPort());
+        ASSERT_EQ(app.GetEndpoint(),
+                  Net::Endpoint<Net::AddrStr>::FromString(app.GetEndpoint().ToString()));
+    }
 }
 
 }  // namespace

@@ -38,7 +38,8 @@ AddrIp ToAddrIp(AddrIp const& addr) {
 
 bool IsLoopbackAddr(AddrStr const& addr) {
     std::string text = addr.ToString();
-    return Detail::EqualIgnoreCase(text, "localhost") || AddrIp::FromString(text).IsLoopback();
+    return Detail::EqualIgnoreCase(text, std::string("localhost")) ||
+           AddrIp::FromString(text).IsLoopback();
 }
 bool IsLoopbackAddr(AddrIp const& addr) {
     return addr.IsLoopback();

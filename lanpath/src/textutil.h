@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <vintor/strptrlen.h>
+
 namespace Net {
 namespace Detail {
 
@@ -28,22 +30,9 @@ inline bool ParsePort(char const* begin, char const* end, unsigned short& out) {
     return true;
 }
 
-inline bool EqualIgnoreCase(std::string const& a, char const* b) {
-    std::string::size_type i = 0;
-    for (; i < a.size() && b[i] != '\0'; ++i) {
-        char x = a[i];
-        char y = b[i];
-        if (x >= 'A' && x <= 'Z') {
-            x = static_cast<char>(x - 'A' + 'a');
-        }
-        if (y >= 'A' && y <= 'Z') {
-            y = static_cast<char>(y - 'A' + 'a');
-        }
-        if (x != y) {
-            return false;
-        }
-    }
-    return i == a.size() && b[i] == '\0';
+// True if a equals b with ASCII case ignored, as the base library compares.
+inline bool EqualIgnoreCase(std::string const& a, std::string const& b) {
+    return Vintor::StrPtrLen(a).EqualIgnoreCase(Vintor::StrPtrLen(b));
 }
 
 // True if text is an IPv6 literal, optionally followed by "%" and a non-empty zone

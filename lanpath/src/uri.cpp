@@ -41,8 +41,7 @@ bool UriScheme::IsEmpty() const {
 }
 
 bool UriScheme::operator==(UriScheme const& other) const {
-    return Detail::EqualIgnoreCase(scheme_, other.scheme_.c_str()) &&
-           scheme_.size() == other.scheme_.size();
+    return Detail::EqualIgnoreCase(scheme_, other.scheme_);
 }
 
 bool UriScheme::operator!=(UriScheme const& other) const {
