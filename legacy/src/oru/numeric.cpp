@@ -233,29 +233,16 @@ bool NumericItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& ot
 
 template <class T>
 int NumericItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
-                                     unsigned int /*index*/, bool* changed) {
+                                     unsigned int index, bool* changed) {
     if (!source) {
         return -31;
     }
-    Element newValue{};
-    switch (source->GetType()) {
-        case OruType_t::Numeric: {
-            bool read = false;
-            VisitNumericType(source->GetNumericType(), [&](auto tag) {
-                using S = typename decltype(tag)::Traits;
-                if (auto const* const from = dynamic_cast<NumericItem<S> const*>(source.get())) {
-                    newValue = ConvertNumber<Element>(from->GetVal());
-                    read = true;
-                }
-            });
-            if (!read) {
-                return -26;
-            }
-            break;
-        }
-        default:
-            return -26;
+    SourceNumber number;
+    int const code = ReadSourceNumber(*source, index, number);
+    if (code != 0) {
+        return code;
     }
+    Element const newValue = number.As<Element>();
     bool const differs = !T::IsEqual(value_, newValue);
     value_ = newValue;
     if (changed) {

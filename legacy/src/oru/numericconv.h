@@ -7,6 +7,7 @@
 #include <limits>
 #include <type_traits>
 
+#include <legacy/oru/itembase.h>
 #include <legacy/oru/traits.h>
 #include <legacy/oru/types.h>
 
@@ -83,6 +84,77 @@ To ConvertNumber(From value) noexcept {
         return static_cast<To>(value);
     }
 }
+
+// A number read from another Item, held in the source's own element type
+// until a family converts it to its own.
+class SourceNumber {
+public:
+    SourceNumber() noexcept : type_(NumericType_t::Undefined), s64_(0) {}
+
+    template <class S>
+    void Set(typename S::Element value) noexcept {
+        type_ = S::k_numericType;
+        Store(value);
+    }
+
+    // The number converted to E by ConvertNumber.
+    template <class E>
+    E As() const noexcept {
+        E result{};
+        VisitNumericType(type_, [&](auto tag) {
+            using S = typename decltype(tag)::Traits;
+            result = ConvertNumber<E>(Load<typename S::Element>());
+        });
+        return result;
+    }
+
+private:
+    void Store(unsigned char v) noexcept { u8_ = v; }
+    void Store(signed char v) noexcept { s8_ = v; }
+    void Store(unsigned short v) noexcept { u16_ = v; }
+    void Store(short v) noexcept { s16_ = v; }
+    void Store(unsigned int v) noexcept { u32_ = v; }
+    void Store(int v) noexcept { s32_ = v; }
+    void Store(unsigned long long v) noexcept { u64_ = v; }
+    void Store(long long v) noexcept { s64_ = v; }
+    void Store(float v) noexcept { f_ = v; }
+    void Store(double v) noexcept { d_ = v; }
+
+    template <class E>
+    E Load() const noexcept {
+        if constexpr (std::is_same<E, unsigned char>::value) return u8_;
+        else if constexpr (std::is_same<E, signed char>::value) return s8_;
+        else if constexpr (std::is_same<E, unsigned short>::value) return u16_;
+        else if constexpr (std::is_same<E, short>::value) return s16_;
+        else if constexpr (std::is_same<E, unsigned int>::value) return u32_;
+        else if constexpr (std::is_same<E, int>::value) return s32_;
+        else if constexpr (std::is_same<E, unsigned long long>::value) return u64_;
+        else if constexpr (std::is_same<E, long long>::value) return s64_;
+        else if constexpr (std::is_same<E, float>::value) return f_;
+        else return d_;
+    }
+
+    NumericType_t type_;
+    union {
+        unsigned char u8_;
+        signed char s8_;
+        unsigned short u16_;
+        short s16_;
+        unsigned int u32_;
+        int s32_;
+        unsigned long long u64_;
+        long long s64_;
+        float f_;
+        double d_;
+    };
+};
+
+// Reads the number that an Item offers as the source of a numeric
+// assignment: a Bool gives 1 or 0, a Numeric its value, a NumericArray its
+// element at index, an Enum its int value. Answers 0, -26 for a family or
+// element type that gives no number, -41 for an index past an array's end.
+// The one switch over source families of the numeric families.
+int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& out);
 
 }  // namespace Oru
 }  // namespace Legacy

@@ -1,0 +1,27 @@
+#include "numericconv.h"
+
+#include <legacy/oru/numeric.h>
+
+namespace Legacy {
+namespace Oru {
+
+int ReadSourceNumber(ItemBase const& source, unsigned int /*index*/, SourceNumber& out) {
+    switch (source.GetType()) {
+        case OruType_t::Numeric: {
+            bool read = false;
+            VisitNumericType(source.GetNumericType(), [&](auto tag) {
+                using S = typename decltype(tag)::Traits;
+                if (auto const* const from = dynamic_cast<NumericItem<S> const*>(&source)) {
+                    out.Set<S>(from->GetVal());
+                    read = true;
+                }
+            });
+            return read ? 0 : -26;
+        }
+        default:
+            return -26;
+    }
+}
+
+}  // namespace Oru
+}  // namespace Legacy
