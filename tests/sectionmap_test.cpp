@@ -45,7 +45,9 @@ std::string ShowIds(std::vector<unsigned int> const& ids) {
 class Element : public SectionMapElement {
 public:
     Element() = default;
+    using SectionMapElement::AddInfo_;
     using SectionMapElement::AddSection_;
+    using SectionMapElement::FindInfo_;
     using SectionMapElement::FindSection_;
 };
 
@@ -312,4 +314,14 @@ TEST(SectionMapTest, ElementCopiesEachSubtreeTwice) {
     EXPECT_EQ(root.FindSection_("a/y", out), -25);
     ASSERT_EQ(copy.FindSection_(InfoItemSectionId(0x4003FFFF), out), 0);
     EXPECT_EQ(Show(out), "a/x=0x4003FFFF");
+
+    // An info added through the id lands in the by-number copy only, and the
+    // original sees neither.
+    std::string section;
+    std::string name;
+    InfoItemSectionId id;
+    ASSERT_EQ(copy.AddInfo_(0x00000001, "by-id"), 0);
+    EXPECT_EQ(copy.FindInfo_(0x00000001, section, name), 0);
+    EXPECT_EQ(copy.FindInfo_("a", "by-id", id), -25);
+    EXPECT_EQ(root.FindInfo_(0x00000001, section, name), -25);
 }
