@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <list>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 using Legacy::Oru::InfoItemSectionId;
@@ -40,6 +41,11 @@ std::string ShowIds(std::vector<unsigned int> const& ids) {
     }
     return text;
 }
+
+// The map is shared, never copied; elements are held through base pointers.
+static_assert(!std::is_copy_constructible<SectionMap>::value, "SectionMap is not copyable");
+static_assert(!std::is_copy_assignable<SectionMap>::value, "SectionMap is not assignable");
+static_assert(std::has_virtual_destructor<SectionMapElement>::value, "virtual destructor");
 
 // Opens the tree operations of an element, to test copies of one.
 class Element : public SectionMapElement {

@@ -29,18 +29,19 @@ SectionMapElement::SectionMapElement() : isRoot_(true) {}
 SectionMapElement::SectionMapElement(SectionMapElement const& other)
     : sectionId_(other.sectionId_),
       subsectionsByName_(other.subsectionsByName_),
-      subsectionsById_(other.subsectionsById_),
+      subsectionsByNumber_(other.subsectionsByNumber_),
       infosByName_(other.infosByName_),
       infosById_(other.infosById_),
       isRoot_(other.isRoot_) {
-    // Each map gets its own deep copy of every subtree; the directory's
-    // copies rely on the two maps being independent.
+    // Each map gets a deep copy of its own, so a copy's two maps hold
+    // different objects: that is how copies have always behaved, and callers
+    // rely on it.
     for (auto& entry : subsectionsByName_) {
         if (entry.second) {
             entry.second = std::make_shared<SectionMapElement>(*entry.second);
         }
     }
-    for (auto& entry : subsectionsById_) {
+    for (auto& entry : subsectionsByNumber_) {
         if (entry.second) {
             entry.second = std::make_shared<SectionMapElement>(*entry.second);
         }
@@ -95,8 +96,8 @@ int SectionMapElement::FindNextSectionMapElement_(InfoItemSectionId const& id,
     if (number == kNoSubsection) {
         return kMalformed;
     }
-    auto const found = subsectionsById_.find(number);
-    if (found == subsectionsById_.end()) {
+    auto const found = subsectionsByNumber_.find(number);
+    if (found == subsectionsByNumber_.end()) {
         return kNotFound;
     }
     if (!found->second) {
@@ -118,16 +119,16 @@ int SectionMapElement::AddNewSectionMapElement_(SectionId const& sectionId,
         return kMalformed;
     }
     auto const byName = subsectionsByName_.find(name);
-    auto const byId = subsectionsById_.find(number);
+    auto const byId = subsectionsByNumber_.find(number);
     bool const nameNew = byName == subsectionsByName_.end();
-    bool const idNew = byId == subsectionsById_.end();
+    bool const idNew = byId == subsectionsByNumber_.end();
     if (nameNew && idNew) {
         // Built before either map is touched, so that a failed allocation
         // leaves no half-entered child.
         auto child = std::make_shared<SectionMapElement>(sectionId);
         auto const inserted = subsectionsByName_.emplace(name, child).first;
         try {
-            subsectionsById_.emplace(number, child);
+            subsectionsByNumber_.emplace(number, child);
         } catch (...) {
             subsectionsByName_.erase(inserted);
             throw;
@@ -173,11 +174,11 @@ int SectionMapElement::AddSection_(std::string const& name, SectionId& out) {
         // sections are searched only once 62 has been handed out.
         std::size_t const maxNumber = InfoItemSectionId::MaxSubsectionPerSubsection();
         std::size_t number = 0;
-        if (!subsectionsById_.empty()) {
-            number = static_cast<std::size_t>(subsectionsById_.rbegin()->first) + 1;
+        if (!subsectionsByNumber_.empty()) {
+            number = static_cast<std::size_t>(subsectionsByNumber_.rbegin()->first) + 1;
             if (number > maxNumber) {
                 number = 0;
-                for (auto const& entry : subsectionsById_) {
+                for (auto const& entry : subsectionsByNumber_) {
                     if (entry.first != number) {
                         break;
                     }
@@ -271,7 +272,7 @@ int SectionMapElement::FindSection_(InfoItemSectionId const& id, SectionId& out)
 }
 
 void SectionMapElement::GetTopLevelSections_(std::vector<SectionId>& out) const {
-    for (auto const& entry : subsectionsById_) {
+    for (auto const& entry : subsectionsByNumber_) {
         if (entry.second) {
             out.push_back(entry.second->sectionId_);
         }

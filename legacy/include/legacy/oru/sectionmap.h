@@ -93,7 +93,7 @@ private:
 
     SectionId sectionId_;
     std::map<std::string, std::shared_ptr<SectionMapElement>> subsectionsByName_;
-    std::map<unsigned char, std::shared_ptr<SectionMapElement>> subsectionsById_;
+    std::map<unsigned char, std::shared_ptr<SectionMapElement>> subsectionsByNumber_;
     std::map<std::string, InfoItemSectionId> infosByName_;
     std::map<InfoItemSectionId, std::string> infosById_;
     bool isRoot_;
