@@ -11,6 +11,8 @@
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/result.h>
 #include <legacy/oru/resultelem.h>
+#include <legacy/oru/sectionid.h>
+#include <legacy/oru/sectionmap.h>
 #include <legacy/oru/stringvalue.h>
 #include <legacy/oru/traits.h>
 #include <legacy/oru/types.h>
