@@ -8,6 +8,7 @@
 #include <legacy/oru/sectionid.h>
 
 #include "commands.h"
+#include "util.h"
 
 namespace OruTool {
 
@@ -18,9 +19,7 @@ using Legacy::Oru::InfoItemSectionId;
 unsigned int const kCleared = 0xFFFFFFFFu;
 
 std::string Hex(unsigned int value) {
-    std::ostringstream text;
-    text << "0x" << std::hex << std::uppercase << std::setw(8) << std::setfill('0') << value;
-    return text.str();
+    return HexId(value);
 }
 
 // The raw 6-bit field of `level`, also where the library answers 255 because
@@ -29,63 +28,8 @@ unsigned int RawField(unsigned int raw, std::size_t level) {
     return (raw >> (30 - 6 * level)) & 0x3Fu;
 }
 
-unsigned int RawInfoField(unsigned int raw, std::size_t depth) {
-    return raw & ((1u << (30 - 6 * depth)) - 1u);
-}
-
 void Line(std::ostream& out, std::string const& label, std::string const& value) {
     out << std::left << std::setw(24) << label << value << '\n';
-}
-
-bool IsHexDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
-int HexValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    return c - 'A' + 10;
-}
-
-// The argument as it goes into a one-line message: control characters shown
-// as '?', and a long one cut short.
-std::string Quote(std::string const& text) {
-    std::size_t const limit = 40;
-    std::string shown;
-    for (char c : text.substr(0, limit)) {
-        unsigned char const u = static_cast<unsigned char>(c);
-        shown += u < 0x20 || u == 0x7F ? '?' : c;
-    }
-    return "'" + shown + (text.size() > limit ? "...'" : "'");
-}
-
-// Reads decimal or 0x-hex, nothing else: no sign, no spaces, no suffix. On
-// failure `problem` says why in a few words.
-bool ParseId(std::string const& text, unsigned int& value, std::string& problem) {
-    bool const hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    std::string const digits = hex ? text.substr(2) : text;
-    bool wellFormed = !digits.empty();
-    for (char c : digits) {
-        wellFormed = wellFormed && (hex ? IsHexDigit(c) : (c >= '0' && c <= '9'));
-    }
-    if (!wellFormed) {
-        problem = "is not a number (give decimal or 0x-hex)";
-        return false;
-    }
-    std::uint64_t accumulated = 0;
-    for (char c : digits) {
-        accumulated = accumulated * (hex ? 16 : 10) + static_cast<std::uint64_t>(HexValue(c));
-        if (accumulated > kCleared) {
-            problem = "does not fit in 32 bits";
-            return false;
-        }
-    }
-    value = static_cast<unsigned int>(accumulated);
-    return true;
 }
 
 void Explain(unsigned int raw, std::ostream& out) {
@@ -182,7 +126,7 @@ int RunId(Args const& args, std::ostream& out, std::ostream& err) {
             << " arguments (try 'oru id --help')\n";
         return 2;
     }
-    unsigned int raw = 0;
+    std::uint32_t raw = 0;
     std::string problem;
     if (!ParseId(args[0], raw, problem)) {
         err << "oru id: " << Quote(args[0]) << ' ' << problem << '\n';

@@ -13,6 +13,8 @@ using Args = std::vector<std::string>;
 
 int RunDemo(Args const& args, std::ostream& out, std::ostream& err);
 int RunId(Args const& args, std::ostream& out, std::ostream& err);
+int RunDecode(Args const& args, std::ostream& out, std::ostream& err);
+int RunEncode(Args const& args, std::ostream& out, std::ostream& err);
 
 }  // namespace OruTool
 

@@ -13,8 +13,10 @@ void PrintUsage(std::ostream& out) {
            "Shows the typed settings model and explains what it writes.\n"
            "\n"
            "commands:\n"
-           "  demo      a tour of the model on a small sample device\n"
-           "  id ID     explain a packed 32-bit section or setting id (decimal or 0x-hex)\n"
+           "  demo                      a tour of the model on a small sample device\n"
+           "  decode [--hex] [FILE]     explain serial records laid flat\n"
+           "  encode TYPE ID VALUE...   write the serial record of a value\n"
+           "  id ID                     explain a packed 32-bit section or setting id\n"
            "\n"
            "Run 'oru COMMAND --help' for the details of one command.\n";
 }
@@ -37,6 +39,12 @@ int main(int argc, char** argv) {
     }
     if (command == "id") {
         return OruTool::RunId(args, std::cout, std::cerr);
+    }
+    if (command == "decode") {
+        return OruTool::RunDecode(args, std::cout, std::cerr);
+    }
+    if (command == "encode") {
+        return OruTool::RunEncode(args, std::cout, std::cerr);
     }
     std::cerr << "oru: unknown command '" << command << "' (try 'oru --help')\n";
     return 2;

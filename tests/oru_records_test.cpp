@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tool_util.h"
+
+namespace {
+
+using OruTest::RunTool;
+
+struct Sample {
+    char const* family;
+    char const* text;   // as given to encode
+    char const* shown;  // as decode shows the value
+};
+
+// One value of every family the program can encode, as it reads back.
+Sample const kSamples[] = {
+    {"Numeric:U8", "200", "200"},
+    {"Numeric:S8", "-5", "-5"},
+    {"Numeric:U16", "65535", "65535"},
+    {"Numeric:S16", "-300", "-300"},
+    {"Numeric:U32", "72", "72"},
+    {"Numeric:S32", "-2147483648", "-2147483648"},
+    {"Numeric:U64", "18446744073709551615", "18446744073709551615"},
+    {"Numeric:S64", "-9000000000", "-9000000000"},
+    {"Numeric:Float", "300", "300"},
+    {"Numeric:Double", "123456", "123456"},
+    {"String", "hello", "hello"},
+};
+
+TEST(OruRecordsTest, EncodeThenDecodeRoundTripsEveryFamily) {
+    for (Sample const& sample : kSamples) {
+        SCOPED_TRACE(sample.family);
+        auto const encoded =
+            RunTool(std::string("encode ") + sample.family + " 0x420C0005 '" + sample.text + "'");
+        ASSERT_EQ(encoded.status, 0) << encoded.err;
+        auto const decoded = RunTool("decode --hex", encoded.out);
+        EXPECT_EQ(decoded.status, 0) << decoded.err;
+        EXPECT_EQ(decoded.out.rfind(
+                      std::string("@0 0x420C0005 (section 2/3, info 5) ") + sample.family, 0),
+                  0u)
+            << decoded.out;
+        EXPECT_NE(decoded.out.find(std::string(": ") + sample.shown + "\n"), std::string::npos)
+            << decoded.out;
+        // The binary form decodes the same.
+        auto const binary = RunTool(std::string("encode --binary ") + sample.family +
+                                    " 0x420C0005 '" + sample.text + "'");
+        EXPECT_EQ(RunTool("decode", binary.out).out, decoded.out);
+    }
+}
+
+TEST(OruRecordsTest, EncodeReportsTheFamilysOwnParseError) {
+    auto const bad = RunTool("encode Numeric:U8 1 abc");
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_EQ(bad.err, "oru encode: Error parsing numericItem\n");
+    EXPECT_EQ(RunTool("encode NoSuchFamily 1 2").status, 2);
+    EXPECT_EQ(RunTool("encode Numeric:U8 0x1FFFFFFFF 2").status, 2);
+    EXPECT_EQ(RunTool("encode Numeric:U8").status, 2);
+    auto const help = RunTool("encode --help");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("Numeric:Double"), std::string::npos);
+    EXPECT_EQ(RunTool("encode numeric:u32 5 7").out, "00 00 00 05 00 00 00 04 02 05 00 00 00 07\n");
+}
+
+TEST(OruRecordsTest, DecodeGoesOnPastARecordThatDoesNotRead) {
+    // A U32 record of size 2 (refused), then a good String record.
+    std::string const input =
+        "00000001 00000002 02 05 0102\n"
+        "00000002 00000003 06 00 616200";
+    auto const run = RunTool("decode --hex", input);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out,
+              "@0 0x00000001 (section 0, info 1) Numeric:U32 size 2: does not read, code -41\n"
+              "@12 0x00000002 (section 0, info 2) String size 3: ab\n");
+
+    auto const json = RunTool("decode --hex --json", input);
+    EXPECT_NE(json.out.find("\"code\":-41"), std::string::npos);
+    EXPECT_NE(json.out.find("\"value\":\"ab\""), std::string::npos);
+}
+
+TEST(OruRecordsTest, DecodeStopsWhereTheHeaderCannotBeTrusted) {
+    auto const claims = RunTool("decode --hex", "00000001 000000FF 06 00 6100");
+    EXPECT_EQ(claims.status, 1);
+    EXPECT_EQ(claims.out,
+              "@0 the record claims 255 payload bytes, 2 remain; decoding stops here\n");
+    auto const shortHeader = RunTool("decode --hex", "00000001 0000");
+    EXPECT_EQ(shortHeader.status, 1);
+    EXPECT_NE(shortHeader.out.find("truncated header: 6 bytes left"), std::string::npos);
+    auto const unknown = RunTool("decode --hex", "00000001 00000000 8A 00");
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_NE(unknown.out.find("Connection size 0: does not read, code -41"), std::string::npos);
+    EXPECT_EQ(RunTool("decode --hex", "0g").status, 1);
+    EXPECT_EQ(RunTool("decode --hex", "").out, "no records\n");
+    EXPECT_EQ(RunTool("decode /no/such/file").status, 2);
+    EXPECT_EQ(RunTool("decode --frob").status, 2);
+}
+
+}  // namespace

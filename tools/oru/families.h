@@ -1,0 +1,36 @@
+// The value families the program can make by name ("Numeric:U32", "String",
+// ...), for encode, and the names it shows for the two type bytes of a record.
+#ifndef ORU_TOOL_FAMILIES_H
+#define ORU_TOOL_FAMILIES_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <legacy/oru/oru.h>
+
+namespace OruTool {
+
+struct Family {
+    std::string name;
+    std::uint8_t typeByte;
+    std::uint8_t numericTypeByte;
+    // A new Item of the family with that id and the family's default value.
+    Legacy::Oru::ItemBase* (*makeItem)(unsigned int id);
+    // The Info that text is read against, or null where the family reads none.
+    Legacy::Oru::InfoBase* (*makeInfo)(unsigned int id);
+};
+
+// Every family with a serial form, in the order of their type bytes.
+std::vector<Family> const& Families();
+
+// The family of that name, case ignored; null if there is none.
+Family const* FindFamily(std::string const& name);
+
+// "Numeric:U32" for the bytes of a known family, else the type's own text
+// with the element, or "type 0xNN" for a byte no family has.
+std::string FamilyName(std::uint8_t typeByte, std::uint8_t numericTypeByte);
+
+}  // namespace OruTool
+
+#endif

@@ -1,0 +1,99 @@
+#include "util.h"
+
+#include <iomanip>
+#include <sstream>
+
+namespace OruTool {
+
+namespace {
+
+bool IsHexDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+int HexValue(char c) {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    return c - 'A' + 10;
+}
+
+}  // namespace
+
+std::string HexId(std::uint32_t value) {
+    std::ostringstream text;
+    text << "0x" << std::hex << std::uppercase << std::setw(8) << std::setfill('0') << value;
+    return text.str();
+}
+
+bool ParseId(std::string const& text, std::uint32_t& value, std::string& problem) {
+    bool const hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    std::string const digits = hex ? text.substr(2) : text;
+    bool wellFormed = !digits.empty();
+    for (char c : digits) {
+        wellFormed = wellFormed && (hex ? IsHexDigit(c) : (c >= '0' && c <= '9'));
+    }
+    if (!wellFormed) {
+        problem = "is not a number (give decimal or 0x-hex)";
+        return false;
+    }
+    std::uint64_t accumulated = 0;
+    for (char c : digits) {
+        accumulated = accumulated * (hex ? 16 : 10) + static_cast<std::uint64_t>(HexValue(c));
+        if (accumulated > 0xFFFFFFFFu) {
+            problem = "does not fit in 32 bits";
+            return false;
+        }
+    }
+    value = static_cast<std::uint32_t>(accumulated);
+    return true;
+}
+
+std::string Quote(std::string const& text) {
+    std::size_t const limit = 40;
+    std::string shown;
+    for (char c : text.substr(0, limit)) {
+        unsigned char const u = static_cast<unsigned char>(c);
+        shown += u < 0x20 || u == 0x7F ? '?' : c;
+    }
+    return "'" + shown + (text.size() > limit ? "...'" : "'");
+}
+
+std::string JsonString(std::string const& text) {
+    static char const digits[] = "0123456789abcdef";
+    std::string json = "\"";
+    for (char c : text) {
+        unsigned char const u = static_cast<unsigned char>(c);
+        switch (c) {
+            case '"':
+                json += "\\\"";
+                break;
+            case '\\':
+                json += "\\\\";
+                break;
+            case '\n':
+                json += "\\n";
+                break;
+            case '\t':
+                json += "\\t";
+                break;
+            case '\r':
+                json += "\\r";
+                break;
+            default:
+                if (u < 0x20 || u >= 0x7F) {
+                    json += "\\u00";
+                    json += digits[u >> 4];
+                    json += digits[u & 15];
+                } else {
+                    json += c;
+                }
+        }
+    }
+    return json + "\"";
+}
+
+}  // namespace OruTool

@@ -1,0 +1,32 @@
+// Small text helpers shared by the commands: ids, quoting, JSON strings.
+#ifndef ORU_TOOL_UTIL_H
+#define ORU_TOOL_UTIL_H
+
+#include <cstdint>
+#include <string>
+
+namespace OruTool {
+
+// "0x420C0005".
+std::string HexId(std::uint32_t value);
+
+// Reads decimal or 0x-hex, nothing else: no sign, no spaces, no suffix. On
+// failure problem says why in a few words.
+bool ParseId(std::string const& text, std::uint32_t& value, std::string& problem);
+
+// The argument as it goes into a one-line message: quoted, control
+// characters shown as '?', a long one cut short.
+std::string Quote(std::string const& text);
+
+// A JSON string literal of the bytes: control characters, quotes and
+// backslashes escaped; bytes of 0x7F and above as \u00XX (read as Latin-1).
+std::string JsonString(std::string const& text);
+
+// The info field of a packed id of that depth.
+inline std::uint32_t RawInfoField(std::uint32_t raw, std::size_t depth) {
+    return raw & ((1u << (30 - 6 * depth)) - 1u);
+}
+
+}  // namespace OruTool
+
+#endif
