@@ -5,7 +5,7 @@ SAN_BUILD ?= build-sanitize
 PREFIX ?= /usr/local
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test test-sanitize bench install format clean
+.PHONY: all deps build demo test test-sanitize bench fuzz fuzz-seeds install format clean
 
 all: build
 
@@ -36,6 +36,25 @@ bench: deps
 	cmake --build build-bench -j $(JOBS)
 	@for b in build-bench/bench/*_bench; do [ -x "$$b" ] && "$$b" || exit 1; done
 
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS ?= $(patsubst fuzz/%.cpp,%,$(filter-out fuzz/record.h,$(wildcard fuzz/*.cpp)))
+
+fuzz: deps
+	cmake -S . -B build-fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+		-DORU_BUILD_FUZZ=ON -DORU_BUILD_TESTS=OFF -DORU_BUILD_TOOLS=OFF $(CMAKE_FLAGS)
+	cmake --build build-fuzz -j $(JOBS)
+	@for t in $(FUZZ_TARGETS); do \
+		mkdir -p build-fuzz/corpus/$$t fuzz/corpus/$$t; \
+		echo "fuzz: $$t for $(FUZZ_SECONDS)s"; \
+		./build-fuzz/fuzz/$$t -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
+			build-fuzz/corpus/$$t fuzz/corpus/$$t 2>build-fuzz/$$t.log || { tail -40 build-fuzz/$$t.log; exit 1; }; \
+		grep -E 'stat::number_of_executed_units|cov:' build-fuzz/$$t.log | tail -2; \
+	done
+
+# Seeds for the fuzzers, made by the program from every family it can encode.
+fuzz-seeds: build
+	./fuzz/make-seeds $(BUILD)/tools/oru fuzz/corpus
+
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)
 
@@ -43,4 +62,4 @@ format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(SAN_BUILD) build-bench compile_commands.json
+	rm -rf $(BUILD) $(SAN_BUILD) build-bench build-fuzz compile_commands.json

@@ -21,12 +21,14 @@ using Legacy::Oru::ItemBase;
 
 void PrintHelp(std::ostream& out) {
     out << "usage: oru encode [--binary] TYPE ID VALUE...\n"
+           "       oru encode --families\n"
            "\n"
            "Makes an Item of family TYPE under ID (decimal or 0x-hex), reads its value\n"
            "from the VALUE words (joined by blanks) as that family reads text, and\n"
            "writes the serial record laid flat: ten header bytes, then the payload.\n"
            "The record is written as hexadecimal text, or as raw bytes with --binary.\n"
            "A value that does not read gets the family's own message and exit status 1.\n"
+           "--families lists the family names, one per line.\n"
            "\n"
            "families:\n";
     std::string line = " ";
@@ -54,6 +56,12 @@ int RunEncode(Args const& args, std::ostream& out, std::ostream& err) {
     for (std::string const& arg : args) {
         if (positional.empty() && (arg == "--help" || arg == "-h")) {
             PrintHelp(out);
+            return 0;
+        }
+        if (positional.empty() && arg == "--families") {
+            for (Family const& family : Families()) {
+                out << family.name << "\n";
+            }
             return 0;
         }
         if (positional.empty() && arg == "--binary") {
