@@ -5,7 +5,7 @@ SAN_BUILD ?= build-sanitize
 PREFIX ?= /usr/local
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test test-sanitize bench fuzz fuzz-seeds install format clean
+.PHONY: all deps build demo test test-sanitize test-tsan bench fuzz fuzz-seeds install format clean
 
 all: build
 
@@ -30,6 +30,12 @@ test-sanitize: deps
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
 		ctest --output-on-failure -j $(JOBS)
+
+# The thread tests under ThreadSanitizer.
+test-tsan: deps
+	cmake -S . -B build-tsan -DORU_WERROR=ON -DORU_TSAN=ON -DCMAKE_BUILD_TYPE=Debug -DORU_BUILD_TOOLS=OFF $(CMAKE_FLAGS)
+	cmake --build build-tsan -j $(JOBS) --target threads_test
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" ./build-tsan/tests/threads_test
 
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DORU_BUILD_BENCH=ON -DORU_BUILD_TESTS=OFF $(CMAKE_FLAGS)
@@ -62,4 +68,4 @@ format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(SAN_BUILD) build-bench build-fuzz compile_commands.json
+	rm -rf $(BUILD) $(SAN_BUILD) build-bench build-fuzz build-tsan compile_commands.json
