@@ -35,7 +35,7 @@ test-sanitize: deps
 test-tsan: deps
 	cmake -S . -B build-tsan -DORU_WERROR=ON -DORU_TSAN=ON -DCMAKE_BUILD_TYPE=Debug -DORU_BUILD_TOOLS=OFF $(CMAKE_FLAGS)
 	cmake --build build-tsan -j $(JOBS) --target threads_test
-	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" ./build-tsan/tests/threads_test
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/tests/tsan.supp" ./build-tsan/tests/threads_test
 
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DORU_BUILD_BENCH=ON -DORU_BUILD_TESTS=OFF $(CMAKE_FLAGS)
