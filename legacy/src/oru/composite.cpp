@@ -238,8 +238,6 @@ void CompositeInfo::Cleanup_() {
 
 // ---- CompositeItem ----
 
-constexpr unsigned int CompositeItem::k_maxDepth;
-
 CompositeItem::CompositeItem(unsigned int id) : ItemBase(id) {}
 
 CompositeItem::CompositeItem(CompositeItem const& other) : ItemBase(other), items_(other.items_) {}
