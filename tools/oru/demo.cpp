@@ -3,6 +3,7 @@
 #include <iomanip>
 #include <ostream>
 #include <sstream>
+#include <vector>
 
 #include <legacy/oru/oru.h>
 
@@ -43,6 +44,27 @@ Setting MakeString(unsigned int id, char const* name, unsigned long long maxLeng
     return Setting{info, item};
 }
 
+Setting MakeEnum(unsigned int id, char const* name, std::vector<ElemType<int>> const& table,
+                 int def, int value) {
+    boost::intrusive_ptr<EnumInfo> info(new EnumInfo(id, name, Permission_t(0x0003), false));
+    info->SetTable(table);
+    info->SetDefault(def);
+    boost::intrusive_ptr<EnumItem> item(static_cast<EnumItem*>(info->CreateItem()));
+    item->SetVal(value, *info);
+    return Setting{info, item};
+}
+
+// A composite of the children's Infos, and an Item of their values.
+Setting MakeComposite(unsigned int id, char const* name, std::vector<Setting> const& children) {
+    boost::intrusive_ptr<CompositeInfo> info(new CompositeInfo(id, name, Permission_t(0x0003)));
+    boost::intrusive_ptr<CompositeItem> item(new CompositeItem(id));
+    for (auto const& child : children) {
+        info->AddInfo(child.info);
+        item->AddItem(child.item);
+    }
+    return Setting{info, item};
+}
+
 void Heading(std::ostream& out, char const* title) {
     out << "\n== " << title << " ==\n";
 }
@@ -71,6 +93,10 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         MakeNumeric<FloatTraits>(0x41000001, "Video/FrameRate", 1.0f, 60.0f, 25.0f, 30.0f),
         MakeNumeric<U8Traits>(0x41000002, "Video/Brightness", 0, 100, 50, 130),
         MakeString(0x40000001, "Device/Name", 16, "camera", "lobby-east"),
+        MakeEnum(0x41000003, "Video/Mode", {{"auto", 0}, {"day", 1}, {"night", 2}}, 0, 2),
+        MakeComposite(0x42000001, "Audio/Output",
+                      {MakeNumeric<U16Traits>(1, "Volume", 0, 100, 40, 65),
+                       MakeEnum(2, "Codec", {{"pcm", 0}, {"aac", 1}}, 0, 1)}),
     };
 
     out << "oru demo: the settings of a small sample device\n";

@@ -4,6 +4,9 @@
 #include <ostream>
 #include <sstream>
 
+#include <legacy/oru/bool.h>
+#include <legacy/oru/composite.h>
+#include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringvalue.h>
@@ -182,10 +185,18 @@ Factory ByNumericType(std::uint8_t numericType) {
 // here; their own prologue refuses a wrong one.
 Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
     switch (type) {
+        case 1:
+            return &Make<BoolItem>;
         case 2:
             return ByNumericType<NumericItem>(numericType);
+        case 5:
+            return &Make<EnumItem>;
         case 6:
             return &Make<StringItem>;
+        case 8:
+            return &Make<BoolArrayItem>;
+        case 253:
+            return &Make<CompositeItem>;
         default:
             return nullptr;
     }

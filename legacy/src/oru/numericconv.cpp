@@ -1,5 +1,7 @@
 #include "numericconv.h"
 
+#include <legacy/oru/bool.h>
+#include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
 
 namespace Legacy {
@@ -7,6 +9,23 @@ namespace Oru {
 
 int ReadSourceNumber(ItemBase const& source, unsigned int /*index*/, SourceNumber& out) {
     switch (source.GetType()) {
+        case OruType_t::Bool: {
+            // 1 or 0; a single flag has no index to look at.
+            auto const* const from = dynamic_cast<BoolItem const*>(&source);
+            if (!from) {
+                return -26;
+            }
+            out.Set<U8Traits>(from->GetVal() ? 1 : 0);
+            return 0;
+        }
+        case OruType_t::Enum: {
+            auto const* const from = dynamic_cast<EnumItem const*>(&source);
+            if (!from) {
+                return -26;
+            }
+            out.Set<S32Traits>(from->GetVal());
+            return 0;
+        }
         case OruType_t::Numeric: {
             bool read = false;
             VisitNumericType(source.GetNumericType(), [&](auto tag) {

@@ -5,6 +5,7 @@
 #include <istream>
 #include <ostream>
 
+#include <legacy/oru/bool.h>
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
@@ -171,6 +172,14 @@ int StringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& sou
     }
     std::string newValue;
     switch (source->GetType()) {
+        case OruType_t::Bool: {
+            auto const* const from = dynamic_cast<BoolItem const*>(source.get());
+            if (!from) {
+                return -26;
+            }
+            newValue = Texts::Bool(from->GetVal());
+            break;
+        }
         case OruType_t::String: {
             auto const* const from = dynamic_cast<StringItem const*>(source.get());
             if (!from) {

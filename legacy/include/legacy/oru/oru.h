@@ -4,6 +4,9 @@
 
 #include <vintor/vintor.h>
 
+#include <legacy/oru/bool.h>
+#include <legacy/oru/composite.h>
+#include <legacy/oru/enum.h>
 #include <legacy/oru/export.h>
 #include <legacy/oru/infobase.h>
 #include <legacy/oru/itembase.h>

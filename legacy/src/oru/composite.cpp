@@ -1,0 +1,538 @@
+#include <legacy/oru/composite.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <istream>
+#include <ostream>
+
+#include <legacy/oru/resultelem.h>
+
+#include "dump.h"
+#include "serialcodec.h"
+#include "texts.h"
+#include "validation.h"
+
+namespace Legacy {
+namespace Oru {
+
+namespace {
+
+constexpr std::uint32_t k_childHeaderSize = 10;
+constexpr std::uint32_t k_countSize = 2;
+
+// How many composite records the present thread is decoding, one inside the
+// other. Children are decoded through the dispatch of ItemBase::Deserialize,
+// which carries no depth, so the count lives here.
+thread_local unsigned int t_depth = 0;
+
+class DepthGuard {
+public:
+    DepthGuard() noexcept { ++t_depth; }
+    ~DepthGuard() { --t_depth; }
+    DepthGuard(DepthGuard const&) = delete;
+    DepthGuard& operator=(DepthGuard const&) = delete;
+
+    bool TooDeep() const noexcept { return t_depth > CompositeItem::k_maxDepth; }
+};
+
+// "(a, b, c)": the separator goes before every child but the first, a null
+// one included, which prints nothing.
+template <class Ptr>
+std::ostream& WriteChildren(std::ostream& out, std::vector<Ptr> const& children) {
+    out << "(";
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        if (i != 0) {
+            out << Texts::Separator();
+        }
+        if (children[i]) {
+            children[i]->operator<<(out);
+        }
+    }
+    return out << ")";
+}
+
+// The four header fields of a written record as they stand there: id and
+// size are already in network order.
+void CopyHeader(unsigned char* out, ItemBase::SerialStruct_t const& record) {
+    std::uint32_t const id = record.id;
+    std::uint32_t const size = record.dataSize;
+    std::memcpy(out, &id, 4);
+    std::memcpy(out + 4, &size, 4);
+    out[8] = record.type;
+    out[9] = record.numericType;
+}
+
+}  // namespace
+
+// ---- CompositeInfo ----
+
+CompositeInfo::CompositeInfo(unsigned int const& id, std::string const& name,
+                             Permission_t const& permission)
+    : InfoBase(id, name, permission) {}
+
+CompositeInfo::CompositeInfo(CompositeInfo const& other) : InfoBase(other), infos_(other.infos_) {}
+
+CompositeInfo& CompositeInfo::operator=(CompositeInfo const& other) {
+    InfoBase::operator=(other);
+    if (this != &other) {
+        infos_ = other.infos_;
+    }
+    return *this;
+}
+
+CompositeInfo::~CompositeInfo() {
+    Cleanup_();
+}
+
+InfoBase* CompositeInfo::DeepCopy(unsigned int id, std::string const& name,
+                                  Permission_t const& permission) const {
+    std::unique_ptr<CompositeInfo> copy(new CompositeInfo(id, name, permission));
+    copy->infos_.reserve(infos_.size());
+    for (InfoPtr const& child : infos_) {
+        if (child) {
+            // Each child keeps its own identity whatever id the copy gets.
+            copy->infos_.push_back(InfoPtr(child->DeepCopy()));
+        }
+    }
+    return copy.release();
+}
+
+CompositeInfo* CompositeInfo::DeepCopy() const {
+    return static_cast<CompositeInfo*>(DeepCopy(GetId(), GetName(), GetPermission()));
+}
+
+CompositeInfo* CompositeInfo::DeepCopy(unsigned int id) const {
+    return static_cast<CompositeInfo*>(DeepCopy(id, GetName(), GetPermission()));
+}
+
+ItemBase* CompositeInfo::CreateItem() const {
+    std::unique_ptr<CompositeItem> item(new CompositeItem(GetId()));
+    for (InfoPtr const& child : infos_) {
+        if (child) {
+            CompositeItem::ItemPtr const created(child->CreateItem());
+            if (created) {
+                item->AddItem(created);
+            }
+        }
+    }
+    return item.release();
+}
+
+OruType_t CompositeInfo::GetType() const {
+    return GetTypeStatic();
+}
+
+bool CompositeInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<CompositeInfo const*>(other.get()) : nullptr;
+    if (!that || that->infos_.size() != infos_.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < infos_.size(); ++i) {
+        if (!infos_[i] || !that->infos_[i] || !infos_[i]->IsEqualBounds(that->infos_[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+int CompositeInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) {
+    // Composite bounds are never merged, and callers rely on -26 even for a
+    // null argument.
+    return -26;
+}
+
+int CompositeInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    auto const* const that = source->GetType() == OruType_t::Composite
+                                 ? dynamic_cast<CompositeInfo const*>(source.get())
+                                 : nullptr;
+    if (!that) {
+        return -26;
+    }
+    if (that != this) {
+        infos_ = that->infos_;
+    }
+    // Reported as changed on every success: callers treat a composite
+    // assignment as a change without comparing the children.
+    if (changed) {
+        *changed = true;
+    }
+    return 0;
+}
+
+void CompositeInfo::DumpVal(std::ostream& out) const {
+    Dump::InfoHead(out, *this);
+}
+
+std::ostream& CompositeInfo::operator<<(std::ostream& out) const {
+    return WriteChildren(out, infos_);
+}
+
+bool CompositeInfo::AddInfo(InfoPtr const& info) {
+    std::size_t index = 0;
+    return AddInfo(info, index);
+}
+
+bool CompositeInfo::AddInfo(InfoPtr const& info, std::size_t& index) {
+    if (!info) {
+        return false;
+    }
+    infos_.push_back(info);
+    index = infos_.size() - 1;
+    return true;
+}
+
+bool CompositeInfo::SetInfo(std::size_t index, InfoPtr const& info) {
+    if (!info || index >= infos_.size()) {
+        return false;
+    }
+    InfoPtr const replacement(info);
+    infos_[index].reset();
+    infos_[index] = replacement;
+    return true;
+}
+
+void CompositeInfo::SetInfos(std::vector<InfoPtr> const& infos) {
+    std::vector<InfoPtr> kept;
+    kept.reserve(infos.size());
+    for (InfoPtr const& info : infos) {
+        if (info) {
+            kept.push_back(info);
+        }
+    }
+    infos_.swap(kept);
+}
+
+void CompositeInfo::GetInfos(std::vector<InfoPtr>& out) {
+    if (&out != &infos_) {
+        out = infos_;
+    }
+}
+
+void CompositeInfo::GetInfos(std::vector<ConstInfoPtr>& out) const {
+    // Appends, unlike the other overload; the capacity asked for is this
+    // composite's size alone.
+    out.reserve(infos_.size());
+    for (InfoPtr const& info : infos_) {
+        if (info) {
+            out.push_back(info);
+        }
+    }
+}
+
+CompositeInfo::InfoPtr CompositeInfo::GetInfo(std::size_t index) {
+    return index < infos_.size() ? infos_[index] : InfoPtr();
+}
+
+CompositeInfo::ConstInfoPtr CompositeInfo::GetInfo(std::size_t index) const {
+    return index < infos_.size() ? ConstInfoPtr(infos_[index]) : ConstInfoPtr();
+}
+
+void CompositeInfo::Cleanup_() {
+    infos_.clear();
+}
+
+// ---- CompositeItem ----
+
+CompositeItem::CompositeItem(unsigned int id) : ItemBase(id) {}
+
+CompositeItem::CompositeItem(CompositeItem const& other) : ItemBase(other), items_(other.items_) {}
+
+CompositeItem& CompositeItem::operator=(CompositeItem const& other) {
+    ItemBase::operator=(other);
+    if (this != &other) {
+        items_ = other.items_;
+    }
+    return *this;
+}
+
+CompositeItem::~CompositeItem() {
+    Cleanup_();
+}
+
+ItemBase* CompositeItem::DeepCopy(unsigned int id) const {
+    std::unique_ptr<CompositeItem> copy(new CompositeItem(id));
+    copy->items_.reserve(items_.size());
+    for (ItemPtr const& child : items_) {
+        if (child) {
+            copy->items_.push_back(ItemPtr(child->DeepCopy()));
+        }
+    }
+    return copy.release();
+}
+
+CompositeItem* CompositeItem::DeepCopy() const {
+    return static_cast<CompositeItem*>(DeepCopy(GetId()));
+}
+
+OruType_t CompositeItem::GetType() const {
+    return GetTypeStatic();
+}
+
+bool CompositeItem::IsEmpty() const {
+    return items_.empty();
+}
+
+bool CompositeItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<CompositeItem const*>(other.get()) : nullptr;
+    if (!that || that->items_.size() != items_.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        if (!items_[i] || !that->items_[i] || !items_[i]->IsEqualValue(that->items_[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+int CompositeItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
+                                    unsigned int /*index*/, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    if (changed) {
+        *changed = false;
+    }
+    // Held here so that clearing the own children cannot end the source.
+    ConstItemPtr const keep(source);
+    auto const* const from = keep->GetType() == OruType_t::Composite
+                                 ? dynamic_cast<CompositeItem const*>(keep.get())
+                                 : nullptr;
+    if (!from) {
+        return -26;
+    }
+    // The own children go before the source is read: assigning a composite
+    // to itself empties it and still succeeds, as callers of this family know.
+    Cleanup_();
+    std::vector<ItemPtr> copies;
+    copies.reserve(from->items_.size());
+    for (ItemPtr const& child : from->items_) {
+        if (child) {
+            copies.push_back(ItemPtr(child->DeepCopy()));
+        }
+    }
+    items_.swap(copies);
+    if (changed) {
+        *changed = true;
+    }
+    return 0;
+}
+
+unsigned int CompositeItem::GetSerialDataSize() const {
+    // 32-bit unsigned arithmetic, as the size field holds.
+    std::uint32_t size = k_countSize;
+    for (ItemPtr const& child : items_) {
+        size += k_childHeaderSize + (child ? child->GetSerialDataSize() : 0u);
+    }
+    return size;
+}
+
+int CompositeItem::Serialize(SerialStruct_t* record) const {
+    if (!record) {
+        return -41;
+    }
+    std::uint32_t const size = GetSerialDataSize();
+    unsigned char* const payload = Serial::WriteEnvelope(record, *this, size);
+    std::fill(payload, payload + size, static_cast<unsigned char>(0));
+    if (size < k_countSize) {
+        return 0;
+    }
+    // The low 16 bits of the child count: nothing guards against more.
+    Serial::PutBigEndian(payload, static_cast<std::uint16_t>(items_.size()));
+    std::uint32_t at = k_countSize;
+    for (ItemPtr const& child : items_) {
+        if (size - at < k_childHeaderSize) {
+            break;
+        }
+        // A child that refuses leaves its record zeroed: ten zero bytes stand
+        // in its place, and the outer record is still written.
+        SerialStruct_t local;
+        if (child) {
+            static_cast<void>(child->Serialize(&local));
+        }
+        CopyHeader(payload + at, local);
+        at += k_childHeaderSize;
+        // Bounded by the space left, should a child write more than it said.
+        std::uint32_t const copied = std::min(local.GetDataSize(), size - at);
+        if (copied != 0 && local.GetData()) {
+            std::memcpy(payload + at, local.GetData(), copied);
+        }
+        at += copied;
+    }
+    return 0;
+}
+
+int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
+    int const code = Serial::CheckPrologue(record, *this);
+    if (code != 0) {
+        return code;
+    }
+    if (record->GetDataSize() < k_countSize) {
+        return -41;
+    }
+    DepthGuard const depth;
+    if (depth.TooDeep()) {
+        return -41;
+    }
+    Serial::Reader reader(*record);
+    unsigned int const count = reader.BigEndian<std::uint16_t>();
+    // Children are collected aside and appended only when all were read.
+    std::vector<ItemPtr> read;
+    read.reserve(std::min<std::size_t>(count, reader.Remaining() / k_childHeaderSize));
+    for (unsigned int i = 0; i < count; ++i) {
+        unsigned char const* const header = reader.Take(k_childHeaderSize);
+        if (!header) {
+            return -1;
+        }
+        ConstSerialStruct_t child;
+        child.SetHeader(Serial::GetBigEndian<std::uint32_t>(header),
+                        Serial::GetBigEndian<std::uint32_t>(header + 4), header[8], header[9]);
+        if (child.GetDataSize() > reader.Remaining()) {
+            return -1;
+        }
+        child.data = reader.Position();
+        ItemPtr item;
+        if (ItemBase::Deserialize(&child, item) < 0 || !item) {
+            return -1;
+        }
+        // The next record starts where the child says its payload ends, not
+        // where the size field says: peers write records that are read this
+        // way. The walk stays inside the payload; a record that would begin
+        // beyond it cannot be read.
+        reader.Take(std::min(item->GetSerialDataSize(), reader.Remaining()));
+        read.push_back(item);
+    }
+    // Appended to the children already held; a fresh Item has none.
+    items_.insert(items_.end(), read.begin(), read.end());
+    return 0;
+}
+
+std::shared_ptr<ResultElem const> CompositeItem::Validate(
+    boost::intrusive_ptr<InfoBase const> const& info) const {
+    auto const* const compositeInfo = info && info->GetType() == OruType_t::Composite
+                                          ? dynamic_cast<CompositeInfo const*>(info.get())
+                                          : nullptr;
+    if (!compositeInfo) {
+        return Validation::TypeMismatch(*this, info.get());
+    }
+    if (compositeInfo->GetSize() != items_.size()) {
+        return Validation::Fail(*this, "TypesSystemCompositeValidationSize",
+                                {compositeInfo->GetName(), Validation::Text(items_.size())});
+    }
+    // Shape and types only: the children's own checks are the caller's.
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        CompositeInfo::ConstInfoPtr const childInfo = compositeInfo->GetInfo(i);
+        if (!childInfo || !childInfo->IsEqualType(ConstItemPtr(items_[i]))) {
+            return Validation::Fail(*this, "TypesSystemCompositeTypeMismatch",
+                                    {compositeInfo->GetName(), Validation::Text(i)});
+        }
+    }
+    return nullptr;
+}
+
+bool CompositeItem::SetValFromStream(std::istream& in, std::ostream& errors,
+                                     boost::intrusive_ptr<InfoBase const> const& info) {
+    ItemPtr prototypeItem;
+    if (info && info->GetType() == OruType_t::Composite) {
+        prototypeItem.reset(info->CreateItem());
+    }
+    auto* const prototype = dynamic_cast<CompositeItem*>(prototypeItem.get());
+    if (!prototype) {
+        errors << "Invalid use of CompositeItem::SetValFromStream\n";
+        return false;
+    }
+    Cleanup_();
+    errors << "CompositeItem with " << prototype->GetSize() << " items\n";
+    for (ItemPtr const& child : prototype->items_) {
+        if (!child) {
+            continue;
+        }
+        // No Info for the child: a family that needs one, a nested composite
+        // among them, refuses. The children read so far stay.
+        if (!child->SetValFromStream(in, errors, nullptr)) {
+            return false;
+        }
+        items_.push_back(child);
+    }
+    return true;
+}
+
+void CompositeItem::DumpVal(std::ostream& out) const {
+    Dump::ItemHead(out, *this);
+    out << "value: (" << items_.size() << " items)";
+}
+
+std::ostream& CompositeItem::operator<<(std::ostream& out) const {
+    return WriteChildren(out, items_);
+}
+
+bool CompositeItem::AddItem(ItemPtr const& item) {
+    std::size_t index = 0;
+    return AddItem(item, index);
+}
+
+bool CompositeItem::AddItem(ItemPtr const& item, std::size_t& index) {
+    if (!item) {
+        return false;
+    }
+    items_.push_back(item);
+    index = items_.size() - 1;
+    return true;
+}
+
+bool CompositeItem::SetItem(std::size_t index, ItemPtr const& item) {
+    if (!item || index >= items_.size()) {
+        return false;
+    }
+    ItemPtr const replacement(item);
+    items_[index].reset();
+    items_[index] = replacement;
+    return true;
+}
+
+void CompositeItem::SetItems(std::vector<ItemPtr> const& items) {
+    std::vector<ItemPtr> kept;
+    kept.reserve(items.size());
+    for (ItemPtr const& item : items) {
+        if (item) {
+            kept.push_back(item);
+        }
+    }
+    items_.swap(kept);
+}
+
+void CompositeItem::GetItems(std::vector<ItemPtr>& out) {
+    if (&out != &items_) {
+        out = items_;
+    }
+}
+
+void CompositeItem::GetItems(std::vector<ConstItemPtr>& out) const {
+    out.reserve(items_.size());
+    for (ItemPtr const& item : items_) {
+        if (item) {
+            out.push_back(item);
+        }
+    }
+}
+
+CompositeItem::ItemPtr CompositeItem::GetItem(std::size_t index) {
+    return index < items_.size() ? items_[index] : ItemPtr();
+}
+
+CompositeItem::ConstItemPtr CompositeItem::GetItem(std::size_t index) const {
+    return index < items_.size() ? ConstItemPtr(items_[index]) : ConstItemPtr();
+}
+
+void CompositeItem::Cleanup_() {
+    items_.clear();
+}
+
+}  // namespace Oru
+}  // namespace Legacy
