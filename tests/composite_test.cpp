@@ -124,27 +124,33 @@ TEST(CompositeItemTest, HostileRecordsAreRefusedInsideThePayload) {
         char const* name;
         Bytes payload;
         int code;
+        std::size_t kept;  // children held afterwards
     };
     Row const rows[] = {
-        {"payload under two bytes", {0x00}, -41},
-        {"count without records", {0x00, 0x01}, -1},
-        {"header cut short", {0x00, 0x01, 0x00, 0x00, 0x00, 0x07, 0x00}, -1},
+        {"payload under two bytes", {0x00}, -41, 1},
+        {"count without records", {0x00, 0x01}, -1, 1},
+        {"header cut short", {0x00, 0x01, 0x00, 0x00, 0x00, 0x07, 0x00}, -1, 1},
         {"child claims more than remains",
          {0x00, 0x01, 0, 0, 0, 1, 0x00, 0x00, 0x00, 0x64, 0x01, 0x00, 0x01},
-         -1},
+         -1,
+         1},
         {"count above the records present",
          {0xFF, 0xFF, 0, 0, 0, 1, 0, 0, 0, 1, 0x01, 0x00, 0x01},
-         -1},
-        {"child of no family", {0x00, 0x01, 0, 0, 0, 0, 0, 0, 0, 0, 0x00, 0x00}, -1},
+         -1,
+         2},
+        {"child of no family", {0x00, 0x01, 0, 0, 0, 0, 0, 0, 0, 0, 0x00, 0x00}, -1, 1},
         {"child without a dispatch row",
          {0x00, 0x01, 0, 0, 0, 1, 0, 0, 0, 1, 0x87, 0x00, 0x41},
-         -1},
+         -1,
+         1},
         {"child refuses its own payload",
          {0x00, 0x01, 0, 0, 0, 1, 0, 0, 0, 2, 0x01, 0x00, 0x01, 0x01},
-         -1},
+         -1,
+         1},
         {"inner composite under two bytes",
          {0x00, 0x01, 0, 0, 0, 1, 0, 0, 0, 1, 0xFD, 0x00, 0x00},
-         -1},
+         -1,
+         1},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.name);
@@ -152,8 +158,9 @@ TEST(CompositeItemTest, HostileRecordsAreRefusedInsideThePayload) {
         item->AddItem(ItemPtr(BoolItem::Create(8, true)));
         auto const record = MakeRecord(1, 0xFD, 0, row.payload);
         EXPECT_EQ(item->Deserialize(&record), row.code);
-        // The children held before stay, and nothing is half appended.
-        EXPECT_EQ(item->GetSize(), 1u);
+        // The children held before stay, and so do those read before the
+        // failure: nothing is rolled back.
+        EXPECT_EQ(item->GetSize(), row.kept);
     }
 
     // A well-formed record appends to the children already held.

@@ -382,9 +382,10 @@ int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
     }
     Serial::Reader reader(*record);
     unsigned int const count = reader.BigEndian<std::uint16_t>();
-    // Children are collected aside and appended only when all were read.
-    std::vector<ItemPtr> read;
-    read.reserve(std::min<std::size_t>(count, reader.Remaining() / k_childHeaderSize));
+    // Each child is appended as it is read, after the children already held;
+    // a failure keeps those appended so far, as callers of this family expect.
+    items_.reserve(items_.size() +
+                   std::min<std::size_t>(count, reader.Remaining() / k_childHeaderSize));
     for (unsigned int i = 0; i < count; ++i) {
         unsigned char const* const header = reader.Take(k_childHeaderSize);
         if (!header) {
@@ -406,10 +407,8 @@ int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
         // way. The walk stays inside the payload; a record that would begin
         // beyond it cannot be read.
         reader.Take(std::min(item->GetSerialDataSize(), reader.Remaining()));
-        read.push_back(item);
+        items_.push_back(item);
     }
-    // Appended to the children already held; a fresh Item has none.
-    items_.insert(items_.end(), read.begin(), read.end());
     return 0;
 }
 
