@@ -16,6 +16,7 @@ struct Sample {
 
 // One value of every family the program can encode, as it reads back.
 Sample const kSamples[] = {
+    {"Bool", "1", "True"},
     {"Numeric:U8", "200", "200"},
     {"Numeric:S8", "-5", "-5"},
     {"Numeric:U16", "65535", "65535"},
@@ -26,7 +27,9 @@ Sample const kSamples[] = {
     {"Numeric:S64", "-9000000000", "-9000000000"},
     {"Numeric:Float", "300", "300"},
     {"Numeric:Double", "123456", "123456"},
+    {"Enum", "3", "3"},
     {"String", "hello", "hello"},
+    {"BoolArray", "3 1 0 1", "(True, False, True)"},
 };
 
 TEST(OruRecordsTest, EncodeThenDecodeRoundTripsEveryFamily) {

@@ -39,8 +39,11 @@ void AddNumericFamilies(std::vector<Family>& families, char const* family, OruTy
 
 std::vector<Family> MakeFamilies() {
     std::vector<Family> families;
+    families.push_back(Family{"Bool", 1, 0, &MakeItem<BoolItem>, nullptr});
     AddNumericFamilies<NumericItem>(families, "Numeric", OruType_t::Numeric);
+    families.push_back(Family{"Enum", 5, 0, &MakeItem<EnumItem>, nullptr});
     families.push_back(Family{"String", 6, 0, &MakeItem<StringItem>, nullptr});
+    families.push_back(Family{"BoolArray", 8, 0, &MakeItem<BoolArrayItem>, nullptr});
     return families;
 }
 
