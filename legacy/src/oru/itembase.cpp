@@ -5,6 +5,8 @@
 #include <sstream>
 
 #include <legacy/oru/numeric.h>
+#include <legacy/oru/numericarray.h>
+#include <legacy/oru/numericsparse.h>
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringvalue.h>
 
@@ -184,6 +186,10 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
     switch (type) {
         case 2:
             return ByNumericType<NumericItem>(numericType);
+        case 3:
+            return ByNumericType<NumericArrayItem>(numericType);
+        case 4:
+            return ByNumericType<NumericSparseItem>(numericType);
         case 6:
             return &Make<StringItem>;
         default:
