@@ -411,41 +411,25 @@ std::shared_ptr<ResultElem const> NumericArrayItem<T>::Validate(
     return nullptr;
 }
 
-namespace {
-
-bool ParseError(std::ostream& errors, char const* what) {
-    errors << "Error parsing " << what << "\n";
-    return false;
-}
-
-}  // namespace
-
 template <class T>
 bool NumericArrayItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                            boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    if (in.eof()) {
-        return ParseError(errors, "arraySize");
-    }
     unsigned int count = 0;
-    in >> count;
-    if (in.fail() || in.bad()) {
-        return ParseError(errors, "arraySize");
+    if (!ReadText(in, count)) {
+        errors << "Error parsing arraySize\n";
+        return false;
     }
     // The count is only a claim of the text: reserve no more than a small
     // block ahead of the numbers actually read.
     std::vector<Element> read;
     read.reserve(std::min<std::size_t>(count, 4096));
     for (unsigned int i = 0; i < count; ++i) {
-        if (in.eof()) {
-            return ParseError(errors, "arrayItem");
+        Element number{};
+        if (!ReadTextNumber<T>(in, number)) {
+            errors << "Error parsing arrayItem\n";
+            return false;
         }
-        typename T::StreamInType number{};
-        in >> number;
-        if (in.fail() || in.bad()) {
-            return ParseError(errors, "arrayItem");
-        }
-        // The 8-bit members keep the low byte, with no range check.
-        read.push_back(static_cast<Element>(number));
+        read.push_back(number);
     }
     value_.swap(read);
     return true;

@@ -295,22 +295,11 @@ std::shared_ptr<ResultElem const> NumericSparseItem<T>::Validate(
 template <class T>
 bool NumericSparseItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                             boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    if (in.eof()) {
-        errors << "Error parsing "
-               << "numericSparseItem"
-               << "\n";
+    // The table is not consulted: SetVal with the Info is where it applies.
+    if (!ReadTextNumber<T>(in, value_)) {
+        errors << "Error parsing numericSparseItem\n";
         return false;
     }
-    typename T::StreamInType read{};
-    in >> read;
-    if (in.fail() || in.bad()) {
-        errors << "Error parsing "
-               << "numericSparseItem"
-               << "\n";
-        return false;
-    }
-    // The 8-bit members keep the low byte, with no range check.
-    value_ = static_cast<Element>(read);
     return true;
 }
 
