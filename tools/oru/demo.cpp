@@ -3,6 +3,7 @@
 #include <iomanip>
 #include <ostream>
 #include <sstream>
+#include <vector>
 
 #include <legacy/oru/oru.h>
 
@@ -29,6 +30,20 @@ Setting MakeNumeric(unsigned int id, char const* name, typename T::Element low,
     info->SetMax(high);
     info->SetDefault(def);
     boost::intrusive_ptr<NumericItem<T>> item(static_cast<NumericItem<T>*>(info->CreateItem()));
+    item->SetVal(value);
+    return Setting{info, item};
+}
+
+template <class T>
+Setting MakeNumericArray(unsigned int id, char const* name, unsigned long long maxSize,
+                         std::vector<typename T::Element> const& def,
+                         std::vector<typename T::Element> const& value) {
+    boost::intrusive_ptr<NumericArrayInfo<T>> info(
+        new NumericArrayInfo<T>(id, name, Permission_t(0x0003)));
+    info->SetMaxSize(maxSize);
+    info->SetDefault(def);
+    boost::intrusive_ptr<NumericArrayItem<T>> item(
+        static_cast<NumericArrayItem<T>*>(info->CreateItem()));
     item->SetVal(value);
     return Setting{info, item};
 }
@@ -70,6 +85,8 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         MakeNumeric<S16Traits>(0x420C0006, "Audio/Input/Balance", -50, 50, 0, -12),
         MakeNumeric<FloatTraits>(0x41000001, "Video/FrameRate", 1.0f, 60.0f, 25.0f, 30.0f),
         MakeNumeric<U8Traits>(0x41000002, "Video/Brightness", 0, 100, 50, 130),
+        MakeNumericArray<S8Traits>(0x420C0007, "Audio/Input/Equalizer", 8, {0, 0, 0, 0, 0},
+                                   {3, 1, 0, -2, -4}),
         MakeString(0x40000001, "Device/Name", 16, "camera", "lobby-east"),
     };
 
