@@ -123,26 +123,16 @@ private:
 
     template <class E>
     E Load() const noexcept {
-        if constexpr (std::is_same<E, unsigned char>::value)
-            return u8_;
-        else if constexpr (std::is_same<E, signed char>::value)
-            return s8_;
-        else if constexpr (std::is_same<E, unsigned short>::value)
-            return u16_;
-        else if constexpr (std::is_same<E, short>::value)
-            return s16_;
-        else if constexpr (std::is_same<E, unsigned int>::value)
-            return u32_;
-        else if constexpr (std::is_same<E, int>::value)
-            return s32_;
-        else if constexpr (std::is_same<E, unsigned long long>::value)
-            return u64_;
-        else if constexpr (std::is_same<E, long long>::value)
-            return s64_;
-        else if constexpr (std::is_same<E, float>::value)
-            return f_;
-        else
-            return d_;
+        if constexpr (std::is_same<E, unsigned char>::value) return u8_;
+        else if constexpr (std::is_same<E, signed char>::value) return s8_;
+        else if constexpr (std::is_same<E, unsigned short>::value) return u16_;
+        else if constexpr (std::is_same<E, short>::value) return s16_;
+        else if constexpr (std::is_same<E, unsigned int>::value) return u32_;
+        else if constexpr (std::is_same<E, int>::value) return s32_;
+        else if constexpr (std::is_same<E, unsigned long long>::value) return u64_;
+        else if constexpr (std::is_same<E, long long>::value) return s64_;
+        else if constexpr (std::is_same<E, float>::value) return f_;
+        else return d_;
     }
 
     NumericType_t type_;
