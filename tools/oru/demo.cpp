@@ -34,6 +34,20 @@ Setting MakeNumeric(unsigned int id, char const* name, typename T::Element low,
     return Setting{info, item};
 }
 
+template <class T>
+Setting MakeNumericArray(unsigned int id, char const* name, unsigned long long maxSize,
+                         std::vector<typename T::Element> const& def,
+                         std::vector<typename T::Element> const& value) {
+    boost::intrusive_ptr<NumericArrayInfo<T>> info(
+        new NumericArrayInfo<T>(id, name, Permission_t(0x0003)));
+    info->SetMaxSize(maxSize);
+    info->SetDefault(def);
+    boost::intrusive_ptr<NumericArrayItem<T>> item(
+        static_cast<NumericArrayItem<T>*>(info->CreateItem()));
+    item->SetVal(value);
+    return Setting{info, item};
+}
+
 Setting MakeString(unsigned int id, char const* name, unsigned long long maxLength, char const* def,
                    char const* value) {
     boost::intrusive_ptr<StringInfo> info(new StringInfo(id, name, Permission_t(0x0001)));
@@ -92,6 +106,8 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         MakeNumeric<S16Traits>(0x420C0006, "Audio/Input/Balance", -50, 50, 0, -12),
         MakeNumeric<FloatTraits>(0x41000001, "Video/FrameRate", 1.0f, 60.0f, 25.0f, 30.0f),
         MakeNumeric<U8Traits>(0x41000002, "Video/Brightness", 0, 100, 50, 130),
+        MakeNumericArray<S8Traits>(0x420C0007, "Audio/Input/Equalizer", 8, {0, 0, 0, 0, 0},
+                                   {3, 1, 0, -2, -4}),
         MakeString(0x40000001, "Device/Name", 16, "camera", "lobby-east"),
         MakeEnum(0x41000003, "Video/Mode", {{"auto", 0}, {"day", 1}, {"night", 2}}, 0, 2),
         MakeComposite(0x42000001, "Audio/Output",

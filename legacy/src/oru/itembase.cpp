@@ -8,6 +8,8 @@
 #include <legacy/oru/composite.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
+#include <legacy/oru/numericarray.h>
+#include <legacy/oru/numericsparse.h>
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringvalue.h>
 
@@ -189,6 +191,10 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<BoolItem>;
         case 2:
             return ByNumericType<NumericItem>(numericType);
+        case 3:
+            return ByNumericType<NumericArrayItem>(numericType);
+        case 4:
+            return ByNumericType<NumericSparseItem>(numericType);
         case 5:
             return &Make<EnumItem>;
         case 6:

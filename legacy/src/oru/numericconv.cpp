@@ -3,11 +3,12 @@
 #include <legacy/oru/bool.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
+#include <legacy/oru/numericarray.h>
 
 namespace Legacy {
 namespace Oru {
 
-int ReadSourceNumber(ItemBase const& source, unsigned int /*index*/, SourceNumber& out) {
+int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& out) {
     switch (source.GetType()) {
         case OruType_t::Bool: {
             // 1 or 0; a single flag has no index to look at.
@@ -36,6 +37,21 @@ int ReadSourceNumber(ItemBase const& source, unsigned int /*index*/, SourceNumbe
                 }
             });
             return read ? 0 : -26;
+        }
+        case OruType_t::NumericArray: {
+            int code = -26;
+            VisitNumericType(source.GetNumericType(), [&](auto tag) {
+                using S = typename decltype(tag)::Traits;
+                if (auto const* const from = dynamic_cast<NumericArrayItem<S> const*>(&source)) {
+                    if (index < from->Val().size()) {
+                        out.Set<S>(from->Val()[index]);
+                        code = 0;
+                    } else {
+                        code = -41;
+                    }
+                }
+            });
+            return code;
         }
         default:
             return -26;

@@ -12,6 +12,8 @@
 #include <legacy/oru/itembase.h>
 #include <legacy/oru/localizedstring.h>
 #include <legacy/oru/numeric.h>
+#include <legacy/oru/numericarray.h>
+#include <legacy/oru/numericsparse.h>
 #include <legacy/oru/result.h>
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/sectionid.h>

@@ -58,6 +58,9 @@ struct ORU_API IntegerTraits {
     static constexpr E Highest() noexcept { return std::numeric_limits<E>::max(); }
     static constexpr E Tolerance() noexcept { return E(0); }
     static bool IsEqual(E a, E b) noexcept { return IsEqualByDistance<E>(a, b, Tolerance()); }
+    // The change rule of assignments: a change is a distance above zero,
+    // taken in the element's width as IsEqual takes it.
+    static bool IsChanged(E a, E b) noexcept { return !IsEqual(a, b); }
 };
 
 template <class E, NumericType_t N>
@@ -77,6 +80,13 @@ struct ORU_API FloatingTraits {
     // The single-precision 1e-10 widened, also for double.
     static constexpr E Tolerance() noexcept { return static_cast<E>(1e-10f); }
     static bool IsEqual(E a, E b) noexcept { return IsEqualByDistance<E>(a, b, Tolerance()); }
+    // The change rule of assignments: a change is a distance above the
+    // tolerance, so a NaN, which compares false, never reports one; callers
+    // rely on that where IsEqual would call the NaN unequal.
+    static bool IsChanged(E a, E b) noexcept {
+        E const distance = a > b ? a - b : b - a;
+        return Tolerance() < distance;
+    }
 };
 
 }  // namespace Detail

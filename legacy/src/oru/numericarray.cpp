@@ -1,0 +1,494 @@
+#include <legacy/oru/numericarray.h>
+
+#include <algorithm>
+#include <istream>
+#include <limits>
+#include <ostream>
+
+#include <legacy/oru/resultelem.h>
+
+#include "dump.h"
+#include "numericconv.h"
+#include "serialcodec.h"
+#include "texts.h"
+#include "validation.h"
+
+namespace Legacy {
+namespace Oru {
+
+// ---- NumericArrayInfo ----
+
+template <class T>
+NumericArrayInfo<T>::NumericArrayInfo(unsigned int const& id, std::string const& name,
+                                      Permission_t const& permission)
+    : InfoBase(id, name, permission),
+      minSize_(1),
+      maxSize_(0x7FFFFFFF),
+      max_(T::Highest()),
+      min_(T::Lowest()),
+      default_() {}
+
+template <class T>
+NumericArrayInfo<T>::NumericArrayInfo(NumericArrayInfo const& other)
+    : InfoBase(other),
+      minSize_(other.minSize_),
+      maxSize_(other.maxSize_),
+      max_(other.max_),
+      min_(other.min_),
+      default_(other.default_) {}
+
+template <class T>
+NumericArrayInfo<T>& NumericArrayInfo<T>::operator=(NumericArrayInfo const& other) {
+    InfoBase::operator=(other);
+    minSize_ = other.minSize_;
+    maxSize_ = other.maxSize_;
+    max_ = other.max_;
+    min_ = other.min_;
+    default_ = other.default_;
+    return *this;
+}
+
+template <class T>
+NumericArrayInfo<T>::~NumericArrayInfo() = default;
+
+template <class T>
+NumericArrayInfo<T>* NumericArrayInfo<T>::DeepCopy(unsigned int id, std::string const& name,
+                                                   Permission_t const& permission) const {
+    // The element bounds stay those of a new Info: callers rely on DeepCopy
+    // and the copy constructor differing here.
+    auto* const copy = new NumericArrayInfo(id, name, permission);
+    copy->minSize_ = minSize_;
+    copy->maxSize_ = maxSize_;
+    copy->default_ = default_;
+    return copy;
+}
+
+template <class T>
+NumericArrayInfo<T>* NumericArrayInfo<T>::DeepCopy() const {
+    return DeepCopy(GetId(), GetName(), GetPermission());
+}
+
+template <class T>
+NumericArrayInfo<T>* NumericArrayInfo<T>::DeepCopy(unsigned int id) const {
+    return DeepCopy(id, GetName(), GetPermission());
+}
+
+template <class T>
+ItemBase* NumericArrayInfo<T>::CreateItem() const {
+    auto* const item = new NumericArrayItem<T>(GetId());
+    item->SetVal(default_);
+    return item;
+}
+
+template <class T>
+OruType_t NumericArrayInfo<T>::GetType() const {
+    return GetTypeStatic();
+}
+
+template <class T>
+NumericType_t NumericArrayInfo<T>::GetNumericType() const {
+    return GetNumericTypeStatic();
+}
+
+template <class T>
+bool NumericArrayInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<NumericArrayInfo const*>(other.get()) : nullptr;
+    return that && minSize_ == that->minSize_ && maxSize_ == that->maxSize_;
+}
+
+template <class T>
+int NumericArrayInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<NumericArrayInfo const*>(other.get()) : nullptr;
+    if (!that) {
+        return -36;
+    }
+    if (that->minSize_ > maxSize_ || that->maxSize_ < minSize_) {
+        return -55;
+    }
+    // Element bounds and default are left alone, the default even outside.
+    minSize_ = std::max(minSize_, that->minSize_);
+    maxSize_ = std::min(maxSize_, that->maxSize_);
+    return 0;
+}
+
+template <class T>
+int NumericArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
+                                     bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    // Rectangle-array sources join here with their family; until then -26.
+    if (source->GetType() != OruType_t::NumericArray) {
+        return -26;
+    }
+    bool read = false;
+    bool differs = false;
+    VisitNumericType(source->GetNumericType(), [&](auto tag) {
+        using S = typename decltype(tag)::Traits;
+        auto const* const from = dynamic_cast<NumericArrayInfo<S> const*>(source.get());
+        if (!from) {
+            return;
+        }
+        read = true;
+        auto const& values = from->GetDefault();
+        if (default_.size() != values.size()) {
+            default_.resize(values.size());
+            differs = true;
+        }
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            Element const next = ConvertNumber<Element>(values[i]);
+            differs = T::IsChanged(default_[i], next) || differs;
+            default_[i] = next;
+        }
+        unsigned long long const minSize = from->GetMinSize();
+        unsigned long long const maxSize = from->GetMaxSize();
+        differs = differs || minSize_ != minSize || maxSize_ != maxSize;
+        minSize_ = minSize;
+        maxSize_ = maxSize;
+        Element const max = ConvertNumber<Element>(from->GetMax());
+        Element const min = ConvertNumber<Element>(from->GetMin());
+        differs = T::IsChanged(max_, max) || T::IsChanged(min_, min) || differs;
+        max_ = max;
+        min_ = min;
+    });
+    if (!read) {
+        return -26;
+    }
+    if (changed) {
+        *changed = differs;
+    }
+    return 0;
+}
+
+template <class T>
+void NumericArrayInfo<T>::DumpVal(std::ostream& out) const {
+    Dump::NumericInfoHead(out, *this);
+    Dump::Line(out, "minSize: ", minSize_);
+    Dump::Line(out, "maxSize: ", maxSize_);
+    Dump::Line(out, "defaultSize: ", GetDefaultSize());
+}
+
+template <class T>
+std::ostream& NumericArrayInfo<T>::operator<<(std::ostream& out) const {
+    return out << "array size: " << minSize_ << " <= " << GetDefaultSize() << " <= " << maxSize_;
+}
+
+template <class T>
+int NumericArrayInfo<T>::SetMinSize(unsigned long long size) {
+    minSize_ = size;
+    if (maxSize_ < size) {
+        maxSize_ = size;
+    }
+    // An empty default stays empty.
+    if (!default_.empty() && default_.size() < size) {
+        default_.resize(size);
+    }
+    return 0;
+}
+
+template <class T>
+int NumericArrayInfo<T>::SetMaxSize(unsigned long long size) {
+    maxSize_ = size;
+    if (minSize_ > size) {
+        minSize_ = size;
+    }
+    if (default_.size() > size) {
+        default_.resize(size);
+    }
+    return 0;
+}
+
+template <class T>
+void NumericArrayInfo<T>::SetMin(Element value) {
+    min_ = value;
+    if (max_ < value) {
+        max_ = value;
+    }
+}
+
+template <class T>
+void NumericArrayInfo<T>::SetMax(Element value) {
+    max_ = value;
+    if (min_ > value) {
+        min_ = value;
+    }
+}
+
+template <class T>
+int NumericArrayInfo<T>::SetDefault(std::vector<Element> const& value) {
+    if (value.size() < minSize_ || value.size() > maxSize_) {
+        return -37;
+    }
+    default_ = value;
+    return 0;
+}
+
+// ---- NumericArrayItem ----
+
+template <class T>
+NumericArrayItem<T>::NumericArrayItem(unsigned int id) : ItemBase(id), value_() {}
+
+template <class T>
+NumericArrayItem<T>::NumericArrayItem(NumericArrayItem const& other)
+    : ItemBase(other), value_(other.value_) {}
+
+template <class T>
+NumericArrayItem<T>& NumericArrayItem<T>::operator=(NumericArrayItem const& other) {
+    ItemBase::operator=(other);
+    value_ = other.value_;
+    return *this;
+}
+
+template <class T>
+NumericArrayItem<T>::~NumericArrayItem() = default;
+
+template <class T>
+NumericArrayItem<T>* NumericArrayItem<T>::DeepCopy(unsigned int id) const {
+    auto* const copy = new NumericArrayItem(id);
+    copy->value_ = value_;
+    return copy;
+}
+
+template <class T>
+NumericArrayItem<T>* NumericArrayItem<T>::DeepCopy() const {
+    return DeepCopy(GetId());
+}
+
+template <class T>
+OruType_t NumericArrayItem<T>::GetType() const {
+    return GetTypeStatic();
+}
+
+template <class T>
+NumericType_t NumericArrayItem<T>::GetNumericType() const {
+    return GetNumericTypeStatic();
+}
+
+template <class T>
+bool NumericArrayItem<T>::IsEmpty() const {
+    return value_.empty();
+}
+
+template <class T>
+bool NumericArrayItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<NumericArrayItem const*>(other.get()) : nullptr;
+    if (!that || that->value_.size() != value_.size()) {
+        return false;
+    }
+    // A NaN is unequal even to itself, so an array holding one is unequal to all.
+    for (std::size_t i = 0; i < value_.size(); ++i) {
+        if (!T::IsEqual(value_[i], that->value_[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <class T>
+int NumericArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
+                                          unsigned int index, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    bool differs = false;
+    if (source->GetType() == OruType_t::NumericArray) {
+        // A whole array replaces the content; index is not used.
+        bool read = false;
+        VisitNumericType(source->GetNumericType(), [&](auto tag) {
+            using S = typename decltype(tag)::Traits;
+            auto const* const from = dynamic_cast<NumericArrayItem<S> const*>(source.get());
+            if (!from) {
+                return;
+            }
+            read = true;
+            auto const& values = from->Val();
+            if (value_.size() != values.size()) {
+                value_.resize(values.size());
+                differs = true;
+            }
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                Element const next = ConvertNumber<Element>(values[i]);
+                if (!T::IsEqual(value_[i], next)) {
+                    value_[i] = next;
+                    differs = true;
+                }
+            }
+        });
+        if (!read) {
+            return -26;
+        }
+    } else {
+        // One number at index. Rectangle and rectangle-array sources join
+        // here with their family; until then ReadSourceNumber refuses them.
+        SourceNumber number;
+        int const code = ReadSourceNumber(*source, index, number);
+        if (code != 0) {
+            return code;
+        }
+        // The array grows with zeros, so a caller may fill it in any order.
+        if (index >= value_.size()) {
+            value_.resize(static_cast<std::size_t>(index) + 1);
+            differs = true;
+        }
+        Element const next = number.As<Element>();
+        // A value within the tolerance of the old one is not stored at all.
+        if (!IsEqualVal_(index, next)) {
+            value_[index] = next;
+            differs = true;
+        }
+    }
+    if (changed) {
+        *changed = differs;
+    }
+    return 0;
+}
+
+template <class T>
+unsigned int NumericArrayItem<T>::GetSerialDataSize() const {
+    return static_cast<unsigned int>(value_.size() * T::k_serialWidth);
+}
+
+template <class T>
+int NumericArrayItem<T>::Serialize(SerialStruct_t* record) const {
+    // The size field holds 32 bits; a larger array has no serial form.
+    if (value_.size() > std::numeric_limits<std::uint32_t>::max() / T::k_serialWidth) {
+        return -41;
+    }
+    unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
+    if (!payload) {
+        return -41;
+    }
+    Serial::Writer writer(payload);
+    for (Element const value : value_) {
+        writer.Element<T>(value);
+    }
+    return 0;
+}
+
+template <class T>
+int NumericArrayItem<T>::Deserialize(ConstSerialStruct_t const* record) {
+    int const code = Serial::CheckPrologue(record, *this);
+    if (code != 0) {
+        return code;
+    }
+    std::uint32_t const size = record->GetDataSize();
+    if (size % T::k_serialWidth != 0) {
+        return -41;
+    }
+    // The count comes from the payload's own size, so the allocation is bounded
+    // by the bytes the record holds; the old value stays until all are read.
+    std::vector<Element> decoded(size / T::k_serialWidth);
+    Serial::Reader reader(*record);
+    for (Element& value : decoded) {
+        value = reader.Element<T>();
+    }
+    if (reader.Failed()) {
+        return -41;
+    }
+    value_.swap(decoded);
+    return 0;
+}
+
+template <class T>
+std::shared_ptr<ResultElem const> NumericArrayItem<T>::Validate(
+    boost::intrusive_ptr<InfoBase const> const& info) const {
+    auto const arrayInfo = Validation::CastInfo<NumericArrayInfo<T>>(info);
+    if (!arrayInfo) {
+        return Validation::TypeMismatch(*this, info.get());
+    }
+    // The element bounds are not enforced: only the count is checked.
+    if (value_.size() < arrayInfo->GetMinSize()) {
+        return Validation::Fail(*this, "TypesSystemNumericArrayValidationMinSize",
+                                {arrayInfo->GetName(), Validation::Text(arrayInfo->GetMinSize())});
+    }
+    if (value_.size() > arrayInfo->GetMaxSize()) {
+        return Validation::Fail(*this, "TypesSystemNumericArrayValidationMaxSize",
+                                {arrayInfo->GetName(), Validation::Text(arrayInfo->GetMaxSize())});
+    }
+    return nullptr;
+}
+
+template <class T>
+bool NumericArrayItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
+                                           boost::intrusive_ptr<InfoBase const> const& /*info*/) {
+    unsigned int count = 0;
+    if (!ReadText(in, count)) {
+        errors << "Error parsing arraySize\n";
+        return false;
+    }
+    // The count is only a claim of the text: reserve no more than a small
+    // block ahead of the numbers actually read.
+    std::vector<Element> read;
+    read.reserve(std::min<std::size_t>(count, 4096));
+    for (unsigned int i = 0; i < count; ++i) {
+        Element number{};
+        if (!ReadTextNumber<T>(in, number)) {
+            errors << "Error parsing arrayItem\n";
+            return false;
+        }
+        read.push_back(number);
+    }
+    value_.swap(read);
+    return true;
+}
+
+template <class T>
+void NumericArrayItem<T>::DumpVal(std::ostream& out) const {
+    Dump::ItemHead(out, *this);
+    out << "value: ";
+    operator<<(out);
+    out << std::endl;
+}
+
+template <class T>
+std::ostream& NumericArrayItem<T>::operator<<(std::ostream& out) const {
+    using S = typename T::StreamOutType;
+    out << "(";
+    for (std::size_t i = 0; i < value_.size(); ++i) {
+        if (i != 0) {
+            out << Texts::Separator();
+        }
+        out << static_cast<S>(value_[i]);
+    }
+    return out << ")";
+}
+
+template <class T>
+int NumericArrayItem<T>::SetVal(std::vector<Element> const& value,
+                                NumericArrayInfo<T> const& info) {
+    if (value.size() < info.GetMinSize() || value.size() > info.GetMaxSize()) {
+        return -37;
+    }
+    value_ = value;
+    return 0;
+}
+
+template <class T>
+bool NumericArrayItem<T>::IsEqualVal_(unsigned int index, Element value) const {
+    return T::IsEqual(value_[index], value);
+}
+
+template <class T>
+bool NumericArrayItem<T>::AssignValueFromRectangle_(unsigned long long index, Element a, Element b,
+                                                    Element c, Element d) {
+    // Plain != without tolerance, as rectangle sources have always compared.
+    Element const next[] = {a, b, c, d};
+    bool differs = false;
+    for (std::size_t i = 0; i < 4; ++i) {
+        Element& slot = value_[static_cast<std::size_t>(index) + i];
+        differs = differs || slot != next[i];
+        slot = next[i];
+    }
+    return differs;
+}
+
+#define LEGACY_ORU_INSTANTIATE_NUMERIC_ARRAY(T) \
+    template class NumericArrayInfo<T>;         \
+    template class NumericArrayItem<T>;
+LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(LEGACY_ORU_INSTANTIATE_NUMERIC_ARRAY)
+
+}  // namespace Oru
+}  // namespace Legacy
