@@ -4,6 +4,7 @@
 #include <ostream>
 #include <sstream>
 
+#include <legacy/oru/addr.h>
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringvalue.h>
@@ -186,6 +187,14 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return ByNumericType<NumericItem>(numericType);
         case 6:
             return &Make<StringItem>;
+        case 134:
+            return &Make<AddrItem>;
+        case 136:
+            return &Make<EndpointItem>;
+        case 137:
+            return &Make<AppEndpointItem>;
+        case 140:
+            return &Make<AppEndpointArrayItem>;
         default:
             return nullptr;
     }
