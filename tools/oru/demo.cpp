@@ -43,6 +43,17 @@ Setting MakeString(unsigned int id, char const* name, unsigned long long maxLeng
     return Setting{info, item};
 }
 
+// An application endpoint setting whose default and value are given as URIs.
+Setting MakeAppEndpoint(unsigned int id, char const* name, char const* defaultUri,
+                        char const* valueUri) {
+    using App = AppEndpoint<Net::Endpoint<Net::AddrStr>>;
+    boost::intrusive_ptr<AppEndpointInfo> info(new AppEndpointInfo(id, name, Permission_t(0x0003)));
+    info->SetDefault(App::FromUri(defaultUri));
+    boost::intrusive_ptr<AppEndpointItem> item(static_cast<AppEndpointItem*>(info->CreateItem()));
+    item->SetVal(App::FromUri(valueUri));
+    return Setting{info, item};
+}
+
 void Heading(std::ostream& out, char const* title) {
     out << "\n== " << title << " ==\n";
 }
@@ -71,6 +82,8 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         MakeNumeric<FloatTraits>(0x41000001, "Video/FrameRate", 1.0f, 60.0f, 25.0f, 30.0f),
         MakeNumeric<U8Traits>(0x41000002, "Video/Brightness", 0, 100, 50, 130),
         MakeString(0x40000001, "Device/Name", 16, "camera", "lobby-east"),
+        MakeAppEndpoint(0x43000001, "Network/ConfigService", "x-zyl-devsoap://0.0.0.0:80",
+                        "http://192.168.0.20:8080"),
     };
 
     out << "oru demo: the settings of a small sample device\n";
@@ -115,6 +128,18 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
                 << (back->IsEqualValue(setting.item) ? " (equal)" : " (changed on the wire)")
                 << "\n";
         }
+    }
+
+    Heading(out, "An endpoint setting as a URI, and read back from it");
+    for (auto const& setting : settings) {
+        auto const* const app = dynamic_cast<AppEndpointItem const*>(setting.item.get());
+        if (!app) {
+            continue;
+        }
+        std::string const uri = app->GetVal().ToUri();
+        auto const back = AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri);
+        out << "  " << setting.info->GetName() << "\n    URI " << uri << "\n    reads back as "
+            << back.ToString() << (back == app->GetVal() ? " (equal)" : " (changed)") << "\n";
     }
 
     Heading(out, "One setting in full: its Info, then its Item");
