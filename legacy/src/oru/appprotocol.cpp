@@ -1,5 +1,6 @@
 #include <legacy/oru/appprotocol.h>
 
+#include <cstring>
 #include <ostream>
 #include <string>
 
@@ -44,8 +45,7 @@ ProtocolRow const* FindRow(AppProtocolType_t type) noexcept {
 AppProtocolInfo_t AppProtocolInfoFromScheme(std::string const& scheme) {
     Vintor::StrPtrLen const text(scheme);
     for (auto const& row : k_protocols) {
-        std::string const word(row.scheme);
-        if (text.EqualIgnoreCase(Vintor::StrPtrLen(word))) {
+        if (text.EqualIgnoreCase(Vintor::StrPtrLen(row.scheme, std::strlen(row.scheme)))) {
             // rtsp alone carries versions: peers expect version 1 of it.
             if (row.type == AppProtocolType_t::Rtsp) {
                 return AppProtocolInfo_t(row.type, 1, 1);

@@ -29,12 +29,14 @@
 namespace Legacy {
 namespace Oru {
 
-class AddrInfo;
-class AddrItem;
-class EndpointInfo;
-class EndpointItem;
-class AppEndpointInfo;
-class AppEndpointItem;
+// Declared with their visibility, which the instantiations of the bases below
+// (their type info included) take from their arguments.
+class ORU_API AddrInfo;
+class ORU_API AddrItem;
+class ORU_API EndpointInfo;
+class ORU_API EndpointItem;
+class ORU_API AppEndpointInfo;
+class ORU_API AppEndpointItem;
 
 // The Info of a scalar address family: a default of the value type V.
 // Derived is the family's Info class, ItemT its Item class.
