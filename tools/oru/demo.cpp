@@ -79,6 +79,17 @@ Setting MakeComposite(unsigned int id, char const* name, std::vector<Setting> co
     return Setting{info, item};
 }
 
+// An application endpoint setting whose default and value are given as URIs.
+Setting MakeAppEndpoint(unsigned int id, char const* name, char const* defaultUri,
+                        char const* valueUri) {
+    using App = AppEndpoint<Net::Endpoint<Net::AddrStr>>;
+    boost::intrusive_ptr<AppEndpointInfo> info(new AppEndpointInfo(id, name, Permission_t(0x0003)));
+    info->SetDefault(App::FromUri(defaultUri));
+    boost::intrusive_ptr<AppEndpointItem> item(static_cast<AppEndpointItem*>(info->CreateItem()));
+    item->SetVal(App::FromUri(valueUri));
+    return Setting{info, item};
+}
+
 void Heading(std::ostream& out, char const* title) {
     out << "\n== " << title << " ==\n";
 }
@@ -113,6 +124,8 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         MakeComposite(0x42000001, "Audio/Output",
                       {MakeNumeric<U16Traits>(1, "Volume", 0, 100, 40, 65),
                        MakeEnum(2, "Codec", {{"pcm", 0}, {"aac", 1}}, 0, 1)}),
+        MakeAppEndpoint(0x43000001, "Network/ConfigService", "x-zyl-devsoap://0.0.0.0:80",
+                        "http://192.168.0.20:8080"),
     };
 
     out << "oru demo: the settings of a small sample device\n";
@@ -157,6 +170,18 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
                 << (back->IsEqualValue(setting.item) ? " (equal)" : " (changed on the wire)")
                 << "\n";
         }
+    }
+
+    Heading(out, "An endpoint setting as a URI, and read back from it");
+    for (auto const& setting : settings) {
+        auto const* const app = dynamic_cast<AppEndpointItem const*>(setting.item.get());
+        if (!app) {
+            continue;
+        }
+        std::string const uri = app->GetVal().ToUri();
+        auto const back = AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri);
+        out << "  " << setting.info->GetName() << "\n    URI " << uri << "\n    reads back as "
+            << back.ToString() << (back == app->GetVal() ? " (equal)" : " (changed)") << "\n";
     }
 
     Heading(out, "One setting in full: its Info, then its Item");

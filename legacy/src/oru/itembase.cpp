@@ -4,6 +4,7 @@
 #include <ostream>
 #include <sstream>
 
+#include <legacy/oru/addr.h>
 #include <legacy/oru/bool.h>
 #include <legacy/oru/composite.h>
 #include <legacy/oru/enum.h>
@@ -203,6 +204,14 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<BoolArrayItem>;
         case 253:
             return &Make<CompositeItem>;
+        case 134:
+            return &Make<AddrItem>;
+        case 136:
+            return &Make<EndpointItem>;
+        case 137:
+            return &Make<AppEndpointItem>;
+        case 140:
+            return &Make<AppEndpointArrayItem>;
         default:
             return nullptr;
     }

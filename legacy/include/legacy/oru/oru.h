@@ -2,8 +2,12 @@
 #ifndef LEGACY_ORU_ORU_H
 #define LEGACY_ORU_ORU_H
 
+#include <lanpath/lanpath.h>
 #include <vintor/vintor.h>
 
+#include <legacy/oru/addr.h>
+#include <legacy/oru/appendpoint.h>
+#include <legacy/oru/appprotocol.h>
 #include <legacy/oru/bool.h>
 #include <legacy/oru/composite.h>
 #include <legacy/oru/enum.h>
