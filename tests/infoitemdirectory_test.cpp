@@ -1,6 +1,9 @@
 #include <legacy/oru/infoitemdirectory.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <list>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -11,6 +14,28 @@
 
 #include "directory_test_util.h"
 #include "recording_directory.h"
+
+// Counts the allocations of this test program, so that lookups by id can be
+// shown to allocate nothing.
+static std::atomic<long> g_allocations{0};
+
+// The replacements below are a matched pair over malloc and free; the
+// compiler cannot tell once it inlines them into the helpers.
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+
+void* operator new(std::size_t size) {
+    g_allocations.fetch_add(1, std::memory_order_relaxed);
+    if (void* p = std::malloc(size ? size : 1)) {
+        return p;
+    }
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
 
 namespace {
 
@@ -343,6 +368,19 @@ TEST(InfoItemDirectoryTest, ChangesStayWhenTheObserverThrows) {
     EXPECT_THROW(s.dir.AddInfo(U32InfoHolder(fresh, "Hue")), std::runtime_error);
     EXPECT_TRUE(s.dir.FindInfo("Video", "Hue"));
     EXPECT_EQ(s.dir.log.size(), 2u);
+}
+
+TEST(InfoItemDirectoryTest, LookupsByIdAllocateNothing) {
+    Sample s;
+    long const before = g_allocations.load();
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(s.dir.FindItem(s.gain));
+        EXPECT_FALSE(s.dir.FindItem(s.level));
+        EXPECT_TRUE(s.dir.FindInfo(s.volume));
+        EXPECT_TRUE(s.dir.FindInfoItem(s.videoGain));
+        EXPECT_FALSE(s.dir.FindInfoItem(s.gain + 100));
+    }
+    EXPECT_EQ(g_allocations.load() - before, 0);
 }
 
 }  // namespace
