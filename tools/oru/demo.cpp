@@ -8,6 +8,7 @@
 #include <legacy/oru/oru.h>
 
 #include "commands.h"
+#include "demo_directory.h"
 #include "hex.h"
 
 namespace OruTool {
@@ -188,7 +189,7 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
     settings[0].info->DumpVal(out);
     out << "--\n";
     settings[0].item->DumpVal(out);
-    return 0;
+    return RunDirectoryDemo(out, err);
 }
 
 }  // namespace OruTool

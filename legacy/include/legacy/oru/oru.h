@@ -12,7 +12,12 @@
 #include <legacy/oru/composite.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/export.h>
+#include <legacy/oru/genericcontainer.h>
+#include <legacy/oru/holdercontainers.h>
 #include <legacy/oru/infobase.h>
+#include <legacy/oru/infoitemdirectory.h>
+#include <legacy/oru/infoitemdirectorydelta.h>
+#include <legacy/oru/infoitemholderdefs.h>
 #include <legacy/oru/itembase.h>
 #include <legacy/oru/localizedstring.h>
 #include <legacy/oru/numeric.h>

@@ -1,0 +1,309 @@
+#include <legacy/oru/infoitemdirectory.h>
+
+#include <legacy/oru/infoitemdirectorydelta.h>
+
+namespace Legacy {
+namespace Oru {
+
+namespace {
+
+int const kOk = 0;
+int const kAbsent = -25;
+int const kNullPointer = -32;
+int const kMismatch = -41;
+
+}  // namespace
+
+InfoItemDirectory::InfoItemDirectory()
+    : sectionMap_(std::make_shared<SectionMap>()),
+      holderMap_(std::make_shared<InfoItemHolderMap>()) {}
+
+InfoItemDirectory::InfoItemDirectory(InfoItemDirectory const& other) = default;
+
+InfoItemDirectory& InfoItemDirectory::operator=(InfoItemDirectory const& other) = default;
+
+InfoItemDirectory::~InfoItemDirectory() = default;
+
+int InfoItemDirectory::AddSection(std::string const& name, SectionId& out) {
+    return sectionMap_->AddSection(name, out);
+}
+
+int InfoItemDirectory::AddSection(SectionId const& sectionId) {
+    return sectionMap_->AddSection(sectionId);
+}
+
+SectionId InfoItemDirectory::FindSection(std::string const& name) const {
+    SectionId found;
+    return sectionMap_->FindSection(name, found) < 0 ? SectionId() : found;
+}
+
+SectionId InfoItemDirectory::FindSection(InfoItemSectionId const& id) const {
+    SectionId found;
+    return sectionMap_->FindSection(id, found) < 0 ? SectionId() : found;
+}
+
+void InfoItemDirectory::GetTopLevelSections(std::vector<SectionId>& out) const {
+    out.clear();
+    sectionMap_->GetTopLevelSections(out);
+}
+
+int InfoItemDirectory::GetSubsections(InfoItemSectionId const& id,
+                                      std::vector<SectionId>& out) const {
+    out.clear();
+    return sectionMap_->GetSubsections(id, out);
+}
+
+void InfoItemDirectory::GetLeafSections(std::list<SectionId>& out) const {
+    sectionMap_->GetLeafSections(out);
+}
+
+int InfoItemDirectory::AddInfo(boost::intrusive_ptr<InfoHolder const> const& info) {
+    if (!info) {
+        return kNullPointer;
+    }
+    boost::intrusive_ptr<InfoItemHolder> const holder(new InfoItemHolder(info));
+    int result = holderMap_->Insert(holder);
+    if (result < 0) {
+        return result;
+    }
+    InfoBase const& added = *info->GetInfo();
+    try {
+        result = sectionMap_->AddInfo(InfoItemSectionId(added.GetId()), added.GetName());
+    } catch (...) {
+        holderMap_->Erase(added.GetId());
+        throw;
+    }
+    if (result < 0) {
+        // The tree refused: take the slot out again so both halves agree.
+        holderMap_->Erase(added.GetId());
+        return result;
+    }
+    InfoChanged_(boost::intrusive_ptr<InfoHolder const>(), holder);
+    return kOk;
+}
+
+int InfoItemDirectory::SetInfo(boost::intrusive_ptr<InfoHolder const> const& info) {
+    if (!info) {
+        return kNullPointer;
+    }
+    InfoBase const& replacement = *info->GetInfo();
+    auto const* slot = FindSlot_(replacement.GetId());
+    if (!slot) {
+        return kAbsent;
+    }
+    boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
+    boost::intrusive_ptr<InfoHolder const> const oldInfo = holder->GetInfoHolder();
+    InfoBase const& present = *oldInfo->GetInfo();
+    if (replacement.GetId() != present.GetId() || replacement.GetName() != present.GetName() ||
+        replacement.GetType() != present.GetType() ||
+        replacement.GetNumericType() != present.GetNumericType()) {
+        return kMismatch;
+    }
+    holder->SetInfoHolder(info);
+    InfoChanged_(oldInfo, holder);
+    return kOk;
+}
+
+int InfoItemDirectory::SetItem(boost::intrusive_ptr<ItemHolder const> const& item) {
+    // A null item is refused rather than read: no caller can mean it.
+    if (!item) {
+        return kNullPointer;
+    }
+    ItemBase const& replacement = *item->GetItem();
+    auto const* slot = FindSlot_(replacement.GetId());
+    if (!slot) {
+        return kAbsent;
+    }
+    boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
+    boost::intrusive_ptr<ItemHolder const> const oldItem = holder->GetItemHolder();
+    InfoBase const& info = *holder->GetInfoHolder()->GetInfo();
+    if (replacement.GetId() != info.GetId() || replacement.GetType() != info.GetType() ||
+        replacement.GetNumericType() != info.GetNumericType()) {
+        return kMismatch;
+    }
+    holder->SetItemHolder(item);
+    ItemChanged_(oldItem, holder);
+    return kOk;
+}
+
+boost::intrusive_ptr<InfoHolder const> InfoItemDirectory::FindInfo(unsigned int const& id) const {
+    auto const* slot = FindSlot_(id);
+    return slot ? (*slot)->GetInfoHolder() : boost::intrusive_ptr<InfoHolder const>();
+}
+
+boost::intrusive_ptr<InfoHolder const> InfoItemDirectory::FindInfo(
+    std::string const& sectionName, std::string const& infoName) const {
+    auto const slot = FindSlot_(sectionName, infoName);
+    return slot ? slot->GetInfoHolder() : boost::intrusive_ptr<InfoHolder const>();
+}
+
+boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(unsigned int const& id) const {
+    auto const* slot = FindSlot_(id);
+    return slot ? (*slot)->GetItemHolder() : boost::intrusive_ptr<ItemHolder const>();
+}
+
+boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(std::string const& path) const {
+    std::string sectionName;
+    std::string infoName;
+    if (!ParseInfoPath_(path, sectionName, infoName)) {
+        return boost::intrusive_ptr<ItemHolder const>();
+    }
+    return FindItem(sectionName, infoName);
+}
+
+boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(
+    std::string const& sectionName, std::string const& infoName) const {
+    auto const slot = FindSlot_(sectionName, infoName);
+    return slot ? slot->GetItemHolder() : boost::intrusive_ptr<ItemHolder const>();
+}
+
+boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
+    unsigned int const& id) const {
+    auto const* slot = FindSlot_(id);
+    return slot ? *slot : boost::intrusive_ptr<InfoItemHolder const>();
+}
+
+boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
+    std::string const& path) const {
+    std::string sectionName;
+    std::string infoName;
+    if (!ParseInfoPath_(path, sectionName, infoName)) {
+        return boost::intrusive_ptr<InfoItemHolder const>();
+    }
+    return FindInfoItem(sectionName, infoName);
+}
+
+boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
+    std::string const& sectionName, std::string const& infoName) const {
+    return FindSlot_(sectionName, infoName);
+}
+
+template <class Holder, class Pick>
+int InfoItemDirectory::CollectIn_(InfoItemSectionId const& id, std::vector<Holder>& out,
+                                  Pick pick) const {
+    std::vector<unsigned int> ids;
+    int const result = sectionMap_->GetInfos(id, ids);
+    if (result < 0) {
+        return result;
+    }
+    out.reserve(out.size() + ids.size());
+    for (unsigned int const infoId : ids) {
+        auto const* slot = FindSlot_(infoId);
+        if (slot) {
+            Holder picked = pick(**slot);
+            if (picked) {
+                out.push_back(std::move(picked));
+            }
+        }
+    }
+    return kOk;
+}
+
+int InfoItemDirectory::FindInfos(InfoItemSectionId const& id,
+                                 std::vector<boost::intrusive_ptr<InfoHolder const>>& out) const {
+    return CollectIn_(id, out, [](InfoItemHolder const& slot) { return slot.GetInfoHolder(); });
+}
+
+int InfoItemDirectory::FindItems(InfoItemSectionId const& id,
+                                 std::vector<boost::intrusive_ptr<ItemHolder const>>& out) const {
+    return CollectIn_(id, out, [](InfoItemHolder const& slot) { return slot.GetItemHolder(); });
+}
+
+int InfoItemDirectory::FindInfoItems(
+    InfoItemSectionId const& id,
+    std::vector<boost::intrusive_ptr<InfoItemHolder const>>& out) const {
+    return CollectIn_(id, out, [](InfoItemHolder const& slot) {
+        return boost::intrusive_ptr<InfoItemHolder const>(&slot);
+    });
+}
+
+void InfoItemDirectory::GetAllInfoItems(
+    std::vector<boost::intrusive_ptr<InfoItemHolder const>>& out) const {
+    out.clear();
+    out.reserve(holderMap_->Size());
+    for (auto entry = holderMap_->IterBegin(); entry != holderMap_->IterEnd(); ++entry) {
+        out.push_back(entry->second);
+    }
+}
+
+int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> const& delta,
+                                       bool updateInfos, bool updateItems) {
+    if (!delta) {
+        return kNullPointer;
+    }
+    // Sections first, by packed id, so that parents come before children; then
+    // Infos, then Items, so that one delta can carry a whole new setting.
+    for (auto const& entry : delta->GetSectionIdMap_addMod()) {
+        int const result = sectionMap_->AddSection(entry.second);
+        if (result < 0) {
+            return result;
+        }
+    }
+    if (updateInfos) {
+        for (auto const& entry : delta->GetInfoHolderPtrMap_addMod()) {
+            auto const* slot = FindSlot_(entry.first);
+            bool const present = slot && (*slot)->GetInfoHolder();
+            int const result = present ? SetInfo(entry.second) : AddInfo(entry.second);
+            if (result < 0) {
+                return result;
+            }
+        }
+    }
+    if (!updateItems) {
+        return kOk;
+    }
+    for (auto const& entry : delta->GetItemHolderPtrMap_addMod()) {
+        int const result = SetItem(entry.second);
+        if (result < 0) {
+            return result;
+        }
+    }
+    return kOk;
+}
+
+bool InfoItemDirectory::Empty() const {
+    return holderMap_->Empty();
+}
+
+void InfoItemDirectory::Clear() {
+    sectionMap_->Clear();
+    holderMap_->Clear();
+}
+
+void InfoItemDirectory::InfoChanged_(boost::intrusive_ptr<InfoHolder const> const&,
+                                     boost::intrusive_ptr<InfoItemHolder const> const&) {}
+
+void InfoItemDirectory::ItemChanged_(boost::intrusive_ptr<ItemHolder const> const&,
+                                     boost::intrusive_ptr<InfoItemHolder const> const&) {}
+
+bool InfoItemDirectory::ParseInfoPath_(std::string const& path, std::string& sectionName,
+                                       std::string& infoName) const {
+    std::size_t const delim = path.rfind(SectionId::k_sectionDelim);
+    if (delim == std::string::npos) {
+        return false;
+    }
+    sectionName = path.substr(0, delim);
+    infoName = path.substr(delim + 1);
+    return true;
+}
+
+boost::intrusive_ptr<InfoItemHolder> InfoItemDirectory::FindSlot_(
+    std::string const& sectionName, std::string const& infoName) const {
+    if (sectionName.empty() || infoName.empty()) {
+        return boost::intrusive_ptr<InfoItemHolder>();
+    }
+    InfoItemSectionId id;
+    if (sectionMap_->FindInfo(sectionName, infoName, id) < 0) {
+        return boost::intrusive_ptr<InfoItemHolder>();
+    }
+    auto const* slot = FindSlot_(static_cast<unsigned int>(id));
+    return slot ? *slot : boost::intrusive_ptr<InfoItemHolder>();
+}
+
+boost::intrusive_ptr<InfoItemHolder> const* InfoItemDirectory::FindSlot_(unsigned int id) const {
+    auto const found = holderMap_->Find(id);
+    return found.first ? &found.second->second : nullptr;
+}
+
+}  // namespace Oru
+}  // namespace Legacy
