@@ -27,9 +27,18 @@ Sample const kSamples[] = {
     {"Numeric:S64", "-9000000000", "-9000000000"},
     {"Numeric:Float", "300", "300"},
     {"Numeric:Double", "123456", "123456"},
+    {"NumericArray:U16", "3 1 2 65535", "(1, 2, 65535)"},
+    // The double wire mapping keeps whole non-negative numbers only: -1.5 comes back as 128.
+    {"NumericArray:Double", "2 -1.5 8", "(128, 8)"},
+    {"NumericSparse:S8", "-7", "-7"},
     {"Enum", "3", "3"},
     {"String", "hello", "hello"},
     {"BoolArray", "3 1 0 1", "(True, False, True)"},
+    {"Addr", "camera.local", "camera.local"},
+    {"Endpoint", "[::1]:80", "[::1]:80"},
+    {"AppEndpoint", "10.0.0.1:80", "10.0.0.1:80 (Unknown)"},
+    {"AppEndpointArray", "http://10.0.0.1:80/a", "(http://10.0.0.1:80/a:0)"},
+    {"Composite", "Numeric:U16 65", "(65)"},
 };
 
 TEST(OruRecordsTest, EncodeThenDecodeRoundTripsEveryFamily) {
@@ -51,6 +60,24 @@ TEST(OruRecordsTest, EncodeThenDecodeRoundTripsEveryFamily) {
                                     " 0x420C0005 '" + sample.text + "'");
         EXPECT_EQ(RunTool("decode", binary.out).out, decoded.out);
     }
+}
+
+TEST(OruRecordsTest, CompositeChildrenAreShownIndented) {
+    auto const encoded =
+        RunTool("encode Composite 0x42000001 'Numeric:U16 65' 'String pcm' 'BoolArray 2 1 0'");
+    ASSERT_EQ(encoded.status, 0) << encoded.err;
+    auto const decoded = RunTool("decode --hex", encoded.out);
+    EXPECT_EQ(decoded.status, 0);
+    EXPECT_EQ(decoded.out,
+              "@0 0x42000001 (section 2/0, info 1) Composite size 40: (65, pcm, (True, False))\n"
+              "  @12 0x00000000 (section 0, info 0) Numeric:U16 size 2: 65\n"
+              "  @24 0x00000000 (section 0, info 0) String size 4: pcm\n"
+              "  @38 0x00000000 (section 0, info 0) BoolArray size 2: (True, False)\n");
+    auto const json = RunTool("decode --hex --json", encoded.out);
+    EXPECT_NE(json.out.find("\"nesting\":1"), std::string::npos);
+    auto const badChild = RunTool("encode Composite 1 'NoSuchFamily 3'");
+    EXPECT_EQ(badChild.status, 1);
+    EXPECT_NE(badChild.err.find("Error parsing child"), std::string::npos);
 }
 
 TEST(OruRecordsTest, EncodeReportsTheFamilysOwnParseError) {

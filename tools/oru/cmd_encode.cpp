@@ -45,7 +45,8 @@ void PrintHelp(std::ostream& out) {
            "examples:\n"
            "  $ oru encode Numeric:U32 0x420C0005 72\n"
            "  42 0C 00 05 00 00 00 04 02 05 00 00 00 48\n"
-           "  $ oru encode String 7 hello | oru decode --hex\n";
+           "  $ oru encode String 7 hello | oru decode --hex\n"
+           "  $ oru encode Composite 0x42000001 'Numeric:U16 65' 'String pcm'\n";
 }
 
 }  // namespace
@@ -95,7 +96,11 @@ int RunEncode(Args const& args, std::ostream& out, std::ostream& err) {
     boost::intrusive_ptr<InfoBase const> info(family->makeInfo ? family->makeInfo(id) : nullptr);
     std::istringstream in(text);
     std::ostringstream errors;
-    if (!item->SetValFromStream(in, errors, info)) {
+    bool const read =
+        family->readArgs
+            ? family->readArgs(*item, Args(positional.begin() + 2, positional.end()), errors)
+            : item->SetValFromStream(in, errors, info);
+    if (!read) {
         std::string message = errors.str();
         while (!message.empty() && (message.back() == '\n' || message.back() == '\r')) {
             message.pop_back();

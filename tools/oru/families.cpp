@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <iomanip>
+#include <ostream>
 #include <sstream>
 
 #include "typetext.h"
@@ -37,13 +38,67 @@ void AddNumericFamilies(std::vector<Family>& families, char const* family, OruTy
 #undef ORU_TOOL_ADD_FAMILY
 }
 
+// Each argument one URI.
+bool ReadAppEndpoints(ItemBase& item, std::vector<std::string> const& values,
+                      std::ostream& errors) {
+    auto* const array = dynamic_cast<AppEndpointArrayItem*>(&item);
+    if (!array) {
+        return false;
+    }
+    AppEndpointArrayItem::Value_t read;
+    for (std::string const& uri : values) {
+        if (uri.find("://") == std::string::npos) {
+            errors << "Error parsing appEndpoint: '" << uri << "' is no URI\n";
+            return false;
+        }
+        read.push_back(AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri));
+    }
+    array->SetVal(read);
+    return true;
+}
+
+// Each argument one child: its family's name, a blank, the child's text.
+bool ReadChildren(ItemBase& item, std::vector<std::string> const& values, std::ostream& errors) {
+    auto* const composite = dynamic_cast<CompositeItem*>(&item);
+    if (!composite) {
+        return false;
+    }
+    for (std::string const& value : values) {
+        std::string const name = value.substr(0, value.find(' '));
+        Family const* const family = FindFamily(name);
+        if (!family || family->readArgs) {
+            errors << "Error parsing child '" << value << "': give a family with a text form, "
+                   << "then its value\n";
+            return false;
+        }
+        boost::intrusive_ptr<ItemBase> child(family->makeItem(0));
+        boost::intrusive_ptr<InfoBase const> info(family->makeInfo ? family->makeInfo(0) : nullptr);
+        std::istringstream in(value.size() > name.size() ? value.substr(name.size() + 1) : "");
+        if (!child->SetValFromStream(in, errors, info)) {
+            return false;
+        }
+        composite->AddItem(child);
+    }
+    return true;
+}
+
 std::vector<Family> MakeFamilies() {
     std::vector<Family> families;
     families.push_back(Family{"Bool", 1, 0, &MakeItem<BoolItem>, nullptr});
     AddNumericFamilies<NumericItem>(families, "Numeric", OruType_t::Numeric);
+    AddNumericFamilies<NumericArrayItem>(families, "NumericArray", OruType_t::NumericArray);
+    AddNumericFamilies<NumericSparseItem>(families, "NumericSparse", OruType_t::NumericSparse);
     families.push_back(Family{"Enum", 5, 0, &MakeItem<EnumItem>, nullptr});
     families.push_back(Family{"String", 6, 0, &MakeItem<StringItem>, nullptr});
     families.push_back(Family{"BoolArray", 8, 0, &MakeItem<BoolArrayItem>, nullptr});
+    families.push_back(Family{"Addr", 134, 0, &MakeItem<AddrItem>, nullptr});
+    families.push_back(Family{"Endpoint", 136, 0, &MakeItem<EndpointItem>, nullptr});
+    families.push_back(
+        Family{"AppEndpoint", 137, 0, &MakeItem<AppEndpointItem>, &MakeInfo<AppEndpointInfo>});
+    families.push_back(Family{"AppEndpointArray", 140, 0, &MakeItem<AppEndpointArrayItem>, nullptr,
+                              &ReadAppEndpoints, "one URI per VALUE"});
+    families.push_back(Family{"Composite", 253, 0, &MakeItem<CompositeItem>, nullptr, &ReadChildren,
+                              "one child per VALUE: 'FAMILY TEXT'"});
     return families;
 }
 

@@ -4,6 +4,7 @@
 #define ORU_TOOL_FAMILIES_H
 
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,12 @@ struct Family {
     Legacy::Oru::ItemBase* (*makeItem)(unsigned int id);
     // The Info that text is read against, or null where the family reads none.
     Legacy::Oru::InfoBase* (*makeInfo)(unsigned int id);
+    // For a family without a text input of its own: reads the value from the
+    // VALUE arguments, one per element or child; false with a message else.
+    bool (*readArgs)(Legacy::Oru::ItemBase& item, std::vector<std::string> const& values,
+                     std::ostream& errors) = nullptr;
+    // How the VALUE arguments are read, for the help text.
+    char const* valueHelp = nullptr;
 };
 
 // Every family with a serial form, in the order of their type bytes.
