@@ -1,0 +1,264 @@
+// A program of directory operations, run against the directory and against a
+// plain model kept here; after every step the two agree.
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <legacy/oru/oru.h>
+
+using namespace Legacy::Oru;
+
+namespace {
+
+void Check(bool condition) {
+    if (!condition) {
+        __builtin_trap();
+    }
+}
+
+struct Setting {
+    std::string path;
+    bool hasItem = false;
+    unsigned int value = 0;
+    bool valueKnown = true;  // false after SetInfo until the next SetItem
+};
+
+class Program {
+public:
+    Program(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
+
+    void Run() {
+        while (at_ < size_) {
+            switch (Next() % 9) {
+                case 0:
+                    AddSection();
+                    break;
+                case 1:
+                    AddInfo();
+                    break;
+                case 2:
+                    SetItem();
+                    break;
+                case 3:
+                    SetWrongItem();
+                    break;
+                case 4:
+                    SetInfo();
+                    break;
+                case 5:
+                    FindInSection();
+                    break;
+                case 6:
+                    ApplyDelta();
+                    break;
+                case 7:
+                    Copy();
+                    break;
+                case 8:
+                    Clear();
+                    break;
+            }
+            Verify();
+        }
+    }
+
+private:
+    std::uint8_t Next() { return at_ < size_ ? data_[at_++] : 0; }
+
+    std::string SectionName() {
+        static char const* const parts[] = {"a", "b", "c", "x"};
+        std::size_t const depth = 1 + Next() % 4;
+        std::string name;
+        for (std::size_t i = 0; i < depth; ++i) {
+            name += (i ? "/" : "") + std::string(parts[Next() % 4]);
+        }
+        return name;
+    }
+
+    std::string const* PickSection() {
+        if (sections_.empty()) {
+            return nullptr;
+        }
+        auto it = sections_.begin();
+        std::advance(it, Next() % sections_.size());
+        return &it->first;
+    }
+
+    std::map<unsigned int, Setting>::iterator PickSetting() {
+        if (settings_.empty()) {
+            return settings_.end();
+        }
+        auto it = settings_.begin();
+        std::advance(it, Next() % settings_.size());
+        return it;
+    }
+
+    static boost::intrusive_ptr<ItemHolder const> ItemOf(unsigned int id, unsigned int value) {
+        boost::intrusive_ptr<ItemBase> item(NumericItem<U32Traits>::Create(id, value));
+        return boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item));
+    }
+
+    static boost::intrusive_ptr<InfoHolder const> InfoOf(unsigned int id, std::string const& name,
+                                                         unsigned int max) {
+        boost::intrusive_ptr<NumericInfo<U32Traits>> info(
+            new NumericInfo<U32Traits>(id, name, Permission_t()));
+        info->SetMax(max);
+        return boost::intrusive_ptr<InfoHolder const>(new InfoHolder(info));
+    }
+
+    void AddSection() {
+        std::string const name = SectionName();
+        SectionId out;
+        if (directory_.AddSection(name, out) == 0) {
+            Check(out.IsValid());
+            // Every level of the path exists now.
+            for (std::size_t cut = name.find('/'); cut != std::string::npos;
+                 cut = name.find('/', cut + 1)) {
+                std::string const parent = name.substr(0, cut);
+                SectionId const found = directory_.FindSection(parent);
+                Check(found.IsValid());
+                sections_[parent] = found.GetInfoItemSectionId();
+            }
+            sections_[name] = out.GetInfoItemSectionId();
+        }
+    }
+
+    void AddInfo() {
+        std::string const* const section = PickSection();
+        if (!section) {
+            return;
+        }
+        unsigned int const number = Next() % 8;
+        std::string const name = "s" + std::to_string(Next() % 6);
+        unsigned int const id = InfoItemSectionId(sections_[*section]).CreateInfoItemId(number);
+        int const code = directory_.AddInfo(InfoOf(id, name, 1000));
+        if (code == 0) {
+            Check(settings_.count(id) == 0);
+            settings_[id] = Setting{*section + "/" + name};
+        }
+    }
+
+    void SetItem() {
+        auto const it = PickSetting();
+        if (it == settings_.end()) {
+            return;
+        }
+        unsigned int const value = Next();
+        Check(directory_.SetItem(ItemOf(it->first, value)) == 0);
+        it->second.hasItem = true;
+        it->second.value = value;
+        it->second.valueKnown = true;
+    }
+
+    void SetWrongItem() {
+        auto const it = PickSetting();
+        if (it == settings_.end()) {
+            return;
+        }
+        boost::intrusive_ptr<ItemBase> item(NumericItem<S16Traits>::Create(it->first, 1));
+        Check(directory_.SetItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item))) !=
+              0);
+    }
+
+    void SetInfo() {
+        auto const it = PickSetting();
+        if (it == settings_.end()) {
+            return;
+        }
+        std::string const name = it->second.path.substr(it->second.path.rfind('/') + 1);
+        if (directory_.SetInfo(InfoOf(it->first, name, 100u + Next())) == 0) {
+            it->second.valueKnown = false;
+        }
+    }
+
+    void FindInSection() {
+        std::string const* const section = PickSection();
+        if (!section) {
+            return;
+        }
+        std::vector<boost::intrusive_ptr<ItemHolder const>> found;
+        directory_.FindItems(sections_[*section], found);
+        for (auto const& holder : found) {
+            if (holder && holder->GetItem()) {
+                auto const it = settings_.find(holder->GetItem()->GetId());
+                Check(it != settings_.end());
+                Check(it->second.path.compare(0, section->size() + 1, *section + "/") == 0);
+            }
+        }
+    }
+
+    void ApplyDelta() {
+        auto delta = std::make_shared<InfoItemDirectoryDelta>();
+        std::map<unsigned int, unsigned int> values;
+        std::size_t const count = Next() % 4;
+        for (std::size_t i = 0; i < count; ++i) {
+            auto const it = PickSetting();
+            if (it == settings_.end()) {
+                break;
+            }
+            unsigned int const value = Next();
+            // The first addition of an id wins.
+            if (delta->AddItem(ItemOf(it->first, value)) == 0) {
+                values.emplace(it->first, value);
+            }
+        }
+        if (directory_.UpdateFromDelta(delta, false, true) == 0) {
+            for (auto const& [id, value] : values) {
+                settings_[id].hasItem = true;
+                settings_[id].value = value;
+                settings_[id].valueKnown = true;
+            }
+        }
+    }
+
+    void Copy() {
+        InfoItemDirectory copy(directory_);
+        // Copies share their state: a change through one shows in the other.
+        directory_ = copy;
+    }
+
+    void Clear() {
+        directory_.Clear();
+        sections_.clear();
+        settings_.clear();
+    }
+
+    void Verify() {
+        std::vector<boost::intrusive_ptr<InfoItemHolder const>> all;
+        directory_.GetAllInfoItems(all);
+        Check(all.size() == settings_.size());
+        for (std::size_t i = 1; i < all.size(); ++i) {
+            Check(all[i - 1]->GetInfoHolder()->GetInfo()->GetId() <
+                  all[i]->GetInfoHolder()->GetInfo()->GetId());
+        }
+        for (auto const& [id, setting] : settings_) {
+            auto const info = directory_.FindInfo(id);
+            Check(info && info->GetInfo()->GetId() == id);
+            auto const byId = directory_.FindItem(id);
+            auto const byPath = directory_.FindItem(setting.path);
+            Check(byId == byPath);
+            bool const has = byId && byId->GetItem();
+            Check(has == setting.hasItem);
+            if (has && setting.valueKnown) {
+                auto const* const item =
+                    dynamic_cast<NumericItem<U32Traits> const*>(byId->GetItem().get());
+                Check(item && item->GetVal() == setting.value);
+            }
+        }
+    }
+
+    std::uint8_t const* data_;
+    std::size_t size_;
+    std::size_t at_ = 0;
+    InfoItemDirectory directory_;
+    std::map<std::string, unsigned int> sections_;
+    std::map<unsigned int, Setting> settings_;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    Program(data, size).Run();
+    return 0;
+}

@@ -1,0 +1,99 @@
+// Section names, info paths and URIs from outside: parsed, added, found and
+// written back without a crash, with the invariants of the named ids kept.
+#include <cstdint>
+#include <string>
+
+#include <legacy/oru/oru.h>
+
+using namespace Legacy::Oru;
+
+namespace {
+
+void Check(bool condition) {
+    if (!condition) {
+        __builtin_trap();
+    }
+}
+
+// A named id is either valid with as many levels as its id has depth, or the
+// cleared one.
+void CheckInvariant(SectionId const& section) {
+    if (section.IsValid()) {
+        Check(section.GetSectionDepth() == section.GetInfoItemSectionId().Depth());
+        Check(section.GetInfoItemSectionId().IsValidSectionId());
+    } else {
+        Check(section.GetSectionName().empty());
+        Check(section.GetInfoItemSectionId() == 0xFFFFFFFFu);
+        Check(section.GetSectionDepth() == 0);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    if (size < 5) {
+        return 0;
+    }
+    std::uint32_t const raw = (std::uint32_t(data[1]) << 24) | (std::uint32_t(data[2]) << 16) |
+                              (std::uint32_t(data[3]) << 8) | std::uint32_t(data[4]);
+    std::string const text(reinterpret_cast<char const*>(data + 5), size - 5);
+    switch (data[0] % 4) {
+        case 0: {
+            SectionId const section(text, InfoItemSectionId(raw));
+            CheckInvariant(section);
+            SectionId copy = section;
+            SectionId const child = copy.CreateSectionId(text, static_cast<unsigned char>(raw));
+            CheckInvariant(child);
+            break;
+        }
+        case 1: {
+            // Several names, split at newlines, into one map.
+            SectionMap map;
+            std::size_t start = 0;
+            while (start <= text.size()) {
+                std::size_t const end = std::min(text.find('\n', start), text.size());
+                std::string const name = text.substr(start, end - start);
+                SectionId added;
+                int const code = map.AddSection(name, added);
+                CheckInvariant(added);
+                if (code == 0) {
+                    SectionId found;
+                    Check(map.FindSection(name, found) == 0);
+                    Check(found.GetInfoItemSectionId() == added.GetInfoItemSectionId());
+                    SectionId byId;
+                    Check(map.FindSection(added.GetInfoItemSectionId(), byId) == 0);
+                    Check(byId.GetInfoItemSectionId() == added.GetInfoItemSectionId());
+                }
+                start = end + 1;
+            }
+            break;
+        }
+        case 2: {
+            InfoItemDirectory directory;
+            SectionId section;
+            directory.AddSection("a/b", section);
+            boost::intrusive_ptr<InfoBase> info(new NumericInfo<U8Traits>(
+                section.GetInfoItemSectionId().CreateInfoItemId(1), "c", Permission_t()));
+            directory.AddInfo(boost::intrusive_ptr<InfoHolder const>(new InfoHolder(info)));
+            auto const item = directory.FindItem(text);
+            auto const slot = directory.FindInfoItem(text);
+            auto const infoFound = directory.FindInfo(text, text);
+            (void)item;
+            (void)infoFound;
+            if (slot) {
+                Check(slot->GetInfoHolder()->GetInfo()->GetId() == info->GetId());
+            }
+            break;
+        }
+        case 3: {
+            using Str = AppEndpoint<Net::Endpoint<Net::AddrStr>>;
+            Str const endpoint = Str::FromUri(text);
+            std::string const uri = endpoint.ToUri();
+            Str const again = Str::FromUri(uri);
+            (void)again.ToUri();
+            (void)endpoint.ToString();
+            break;
+        }
+    }
+    return 0;
+}
