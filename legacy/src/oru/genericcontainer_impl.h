@@ -4,6 +4,7 @@
 #define LEGACY_ORU_GENERICCONTAINER_IMPL_H
 
 #include <legacy/oru/genericcontainer.h>
+#include <vector>
 
 namespace Legacy {
 namespace Oru {
@@ -67,8 +68,24 @@ int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Add(std::vector<Ptr> const& elem
         }
     }
     // Ids are checked only against what was here before, so a repeated id in
-    // `elements` is a replacement, as callers expect.
-    Set(elements);
+    // `elements` is a replacement, as callers expect. Every id inserted here
+    // is new, so an allocation failure half way is undone by erasing them.
+    std::vector<Id> inserted;
+    inserted.reserve(elements.size());
+    auto& byIdMutable = elements_.template get<1>();
+    try {
+        for (auto const& element : elements) {
+            if (element) {
+                inserted.push_back(GenericContainerKeys<T>::GetId(*element));
+                Set(element);
+            }
+        }
+    } catch (...) {
+        for (Id const& id : inserted) {
+            byIdMutable.erase(id);
+        }
+        throw;
+    }
     return GenericContainerCodes::k_ok;
 }
 
