@@ -1,32 +1,47 @@
-// A user's program: makes a setting, checks and serialises its value, reads
-// it back. Exits 0 when everything behaves.
+// A user's program, and the README's tour: a directory with one setting whose
+// value is set, checked, written as a serial record and read back. Exits 0
+// when everything behaves.
 #include <iostream>
 
 #include <legacy/oru/oru.h>
-#include <vintor/vintor.h>
+
+using namespace Legacy::Oru;
 
 int main() {
-    using namespace Legacy::Oru;
+    InfoItemDirectory directory;
+    SectionId section;
+    if (directory.AddSection("Audio/Input", section) != 0) {
+        return 1;
+    }
+
+    // The setting: an unsigned 32-bit number from 0 to 100, default 50.
+    unsigned int const id = section.GetInfoItemSectionId().CreateInfoItemId(5);
     boost::intrusive_ptr<NumericInfo<U32Traits>> info(
-        new NumericInfo<U32Traits>(0x420C0005, "Gain", Permission_t(3)));
+        new NumericInfo<U32Traits>(id, "Gain", Permission_t(3)));
     info->SetMax(100);
     info->SetDefault(50);
-    boost::intrusive_ptr<ItemBase> item(info->CreateItem());
-    if (item->Validate(info)) {
-        std::cerr << "consumer: a default value failed its check\n";
+    directory.AddInfo(boost::intrusive_ptr<InfoHolder const>(new InfoHolder(info)));
+
+    // A value, checked against the Info, then stored.
+    boost::intrusive_ptr<NumericItem<U32Traits>> item(
+        static_cast<NumericItem<U32Traits>*>(info->CreateItem()));
+    item->SetVal(72);
+    if (item->Validate(info)) {  // null when the value passes
         return 1;
     }
+    directory.SetItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
+
+    // Found by path, written as a record, read back.
+    boost::intrusive_ptr<ItemHolder const> found = directory.FindItem("Audio/Input/Gain");
     ItemBase::SerialStruct_t record;
-    if (item->Serialize(&record) != 0) {
-        return 1;
-    }
-    ItemBase::ConstSerialStruct_t const view(record);
+    found->GetItem()->Serialize(&record);
+    ItemBase::ConstSerialStruct_t view(record);
     boost::intrusive_ptr<ItemBase> back;
     if (ItemBase::Deserialize(&view, back) != 0 || !back->IsEqualValue(item)) {
         std::cerr << "consumer: the record did not read back\n";
         return 1;
     }
-    FormattedInfoItemDump(std::cout, info, back);
+    FormattedInfoItemDump(std::cout, info, back);  // Gain  NumericU32  {72} {0 <= 50 <= 100}
     std::cout << "\nconsumer: ok\n";
     return 0;
 }
