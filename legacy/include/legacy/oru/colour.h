@@ -105,8 +105,9 @@ public:
     // Always passes, whatever the Info, null included.
     std::shared_ptr<ResultElem const> Validate(
         boost::intrusive_ptr<InfoBase const> const& info) const override;
-    // Reads "(a r g b" as operator<< writes it; the opening parenthesis is
-    // optional and a closing one stays in the stream.
+    // Reads "(a r g b" as operator<< writes it. The first character is
+    // skipped, meant for the opening parenthesis (a blank will do instead);
+    // a closing parenthesis stays in the stream.
     bool SetValFromStream(std::istream& in, std::ostream& errors,
                           boost::intrusive_ptr<InfoBase const> const& info) override;
     // "value: a<a>, r<r>, g<g>, b <b>".
