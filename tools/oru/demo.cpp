@@ -80,6 +80,17 @@ Setting MakeComposite(unsigned int id, char const* name, std::vector<Setting> co
     return Setting{info, item};
 }
 
+// A colour setting; whole components, since the wire keeps only those.
+Setting MakeColour(unsigned int id, char const* name, Vintor::Colour_t const& def,
+                   Vintor::Colour_t const& value) {
+    boost::intrusive_ptr<ColourInfo> info(new ColourInfo(id, name, Permission_t(0x0003)));
+    info->SetMax(Vintor::Colour_t(1.0f, 1.0f, 1.0f, 1.0f));
+    info->SetDefault(def);
+    boost::intrusive_ptr<ColourItem> item(new ColourItem(id));
+    item->SetVal(value);
+    return Setting{info, item};
+}
+
 // An application endpoint setting whose default and value are given as URIs.
 Setting MakeAppEndpoint(unsigned int id, char const* name, char const* defaultUri,
                         char const* valueUri) {
@@ -125,6 +136,8 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         MakeComposite(0x42000001, "Audio/Output",
                       {MakeNumeric<U16Traits>(1, "Volume", 0, 100, 40, 65),
                        MakeEnum(2, "Codec", {{"pcm", 0}, {"aac", 1}}, 0, 1)}),
+        MakeColour(0x41000004, "Video/OverlayColour", Vintor::Colour_t(1.0f, 1.0f, 1.0f, 1.0f),
+                   Vintor::Colour_t(1.0f, 1.0f, 0.0f, 0.0f)),
         MakeAppEndpoint(0x43000001, "Network/ConfigService", "x-zyl-devsoap://0.0.0.0:80",
                         "http://192.168.0.20:8080"),
     };

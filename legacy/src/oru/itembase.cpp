@@ -6,6 +6,8 @@
 
 #include <legacy/oru/addr.h>
 #include <legacy/oru/bool.h>
+#include <legacy/oru/collection.h>
+#include <legacy/oru/colour.h>
 #include <legacy/oru/composite.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
@@ -202,8 +204,14 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<StringItem>;
         case 8:
             return &Make<BoolArrayItem>;
+        case 128:
+            return &Make<ColourItem>;
+        case 131:
+            return &Make<OrientationItem>;
         case 253:
             return &Make<CompositeItem>;
+        case 254:
+            return &Make<CollectionItem>;
         case 134:
             return &Make<AddrItem>;
         case 136:

@@ -92,6 +92,28 @@ inline double MapDouble(double value) noexcept {
     return static_cast<double>(ByteSwap(bits));
 }
 
+// The colour and orientation slots: MapFloat's steps, the result stored as an
+// IEEE single in little-endian byte order whatever the host, unlike every
+// other number on the wire. Peers read and write these exact bytes.
+inline void PutColourComponent(unsigned char* out, float value) noexcept {
+    float const mapped = MapFloat(value);
+    std::uint32_t bits;
+    std::memcpy(&bits, &mapped, sizeof bits);
+    for (std::size_t i = 0; i < sizeof bits; ++i) {
+        out[i] = static_cast<unsigned char>(bits >> (8 * i));
+    }
+}
+
+inline float GetColourComponent(unsigned char const* in) noexcept {
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < sizeof bits; ++i) {
+        bits |= static_cast<std::uint32_t>(in[i]) << (8 * i);
+    }
+    float raw;
+    std::memcpy(&raw, &bits, sizeof raw);
+    return MapFloat(raw);
+}
+
 // One element of a numeric family in its wire form.
 template <class T>
 inline void PutElement(unsigned char* out, typename T::Element value) noexcept {

@@ -9,9 +9,12 @@
 #include <legacy/oru/appendpoint.h>
 #include <legacy/oru/appprotocol.h>
 #include <legacy/oru/bool.h>
+#include <legacy/oru/collection.h>
+#include <legacy/oru/colour.h>
 #include <legacy/oru/composite.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/export.h>
+#include <legacy/oru/extended.h>
 #include <legacy/oru/genericcontainer.h>
 #include <legacy/oru/holdercontainers.h>
 #include <legacy/oru/infobase.h>

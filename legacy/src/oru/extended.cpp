@@ -1,0 +1,200 @@
+#include <legacy/oru/extended.h>
+
+#include <ostream>
+
+#include <legacy/oru/resultelem.h>
+
+#include "dump.h"
+#include "validation.h"
+
+namespace Legacy {
+namespace Oru {
+
+// ---- ExtendedInfo ----
+
+ExtendedInfo::ExtendedInfo(unsigned int const& id, std::string const& name,
+                           Permission_t const& permission)
+    : InfoBase(id, name, permission) {}
+
+ExtendedInfo::ExtendedInfo(ExtendedInfo const& other) : InfoBase(other), default_(other.default_) {}
+
+ExtendedInfo& ExtendedInfo::operator=(ExtendedInfo const& other) {
+    InfoBase::operator=(other);
+    default_ = other.default_;
+    return *this;
+}
+
+ExtendedInfo::~ExtendedInfo() = default;
+
+InfoBase* ExtendedInfo::DeepCopy(unsigned int id, std::string const& name,
+                                 Permission_t const& permission) const {
+    auto* const copy = new ExtendedInfo(id, name, permission);
+    copy->default_ = default_;
+    return copy;
+}
+
+ExtendedInfo* ExtendedInfo::DeepCopy() const {
+    return static_cast<ExtendedInfo*>(DeepCopy(GetId(), GetName(), GetPermission()));
+}
+
+ExtendedInfo* ExtendedInfo::DeepCopy(unsigned int id) const {
+    return static_cast<ExtendedInfo*>(DeepCopy(id, GetName(), GetPermission()));
+}
+
+ItemBase* ExtendedInfo::CreateItem() const {
+    return ExtendedItem::Create(GetId(), default_);
+}
+
+OruType_t ExtendedInfo::GetType() const {
+    return GetTypeStatic();
+}
+
+bool ExtendedInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) const {
+    // False even against itself, so a composite holding one never has equal
+    // bounds either; callers rely on that.
+    return false;
+}
+
+int ExtendedInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) {
+    return -26;
+}
+
+int ExtendedInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    auto const* const that = source->GetType() == OruType_t::Extended
+                                 ? dynamic_cast<ExtendedInfo const*>(source.get())
+                                 : nullptr;
+    if (!that) {
+        return -26;
+    }
+    bool const differs = default_ != that->default_;
+    if (differs) {
+        default_ = that->default_;
+    }
+    if (changed) {
+        *changed = differs;
+    }
+    return 0;
+}
+
+void ExtendedInfo::DumpVal(std::ostream& out) const {
+    Dump::InfoHead(out, *this);
+}
+
+std::ostream& ExtendedInfo::operator<<(std::ostream& out) const {
+    return out;
+}
+
+int ExtendedInfo::SetDefault(Pair const& value) {
+    default_ = value;
+    return 0;
+}
+
+// ---- ExtendedItem ----
+
+ExtendedItem::ExtendedItem(unsigned int id) : ItemBase(id) {}
+
+ExtendedItem::ExtendedItem(ExtendedItem const& other) : ItemBase(other), value_(other.value_) {}
+
+ExtendedItem& ExtendedItem::operator=(ExtendedItem const& other) {
+    ItemBase::operator=(other);
+    value_ = other.value_;
+    return *this;
+}
+
+ExtendedItem* ExtendedItem::Create(unsigned int id, Pair const& value) {
+    auto* const item = new ExtendedItem(id);
+    item->value_ = value;
+    return item;
+}
+
+ExtendedItem::~ExtendedItem() = default;
+
+ItemBase* ExtendedItem::DeepCopy(unsigned int id) const {
+    return Create(id, value_);
+}
+
+ExtendedItem* ExtendedItem::DeepCopy() const {
+    return Create(GetId(), value_);
+}
+
+OruType_t ExtendedItem::GetType() const {
+    return GetTypeStatic();
+}
+
+bool ExtendedItem::IsEmpty() const {
+    // The first string alone decides, as callers of this family expect.
+    return value_.first.empty();
+}
+
+bool ExtendedItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<ExtendedItem const*>(other.get()) : nullptr;
+    return that && that->value_ == value_;
+}
+
+int ExtendedItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
+                                   unsigned int /*index*/, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    auto const* const from = source->GetType() == OruType_t::Extended
+                                 ? dynamic_cast<ExtendedItem const*>(source.get())
+                                 : nullptr;
+    if (!from) {
+        return -26;
+    }
+    bool const differs = value_ != from->value_;
+    if (differs) {
+        value_ = from->value_;
+    }
+    if (changed) {
+        *changed = differs;
+    }
+    return 0;
+}
+
+unsigned int ExtendedItem::GetSerialDataSize() const {
+    return 0;
+}
+
+int ExtendedItem::Serialize(SerialStruct_t* /*record*/) const {
+    // The family has no serial form; a composite holding one writes ten zero
+    // bytes in its place.
+    return -1;
+}
+
+int ExtendedItem::Deserialize(ConstSerialStruct_t const* /*record*/) {
+    return -1;
+}
+
+std::shared_ptr<ResultElem const> ExtendedItem::Validate(
+    boost::intrusive_ptr<InfoBase const> const& info) const {
+    if (!Validation::CastInfo<ExtendedInfo>(info)) {
+        return Validation::TypeMismatch(*this, info.get());
+    }
+    return nullptr;
+}
+
+bool ExtendedItem::SetValFromStream(std::istream& /*in*/, std::ostream& /*errors*/,
+                                    boost::intrusive_ptr<InfoBase const> const& /*info*/) {
+    // No text input and, deliberately, no complaint either.
+    return false;
+}
+
+void ExtendedItem::DumpVal(std::ostream& out) const {
+    Dump::ItemHead(out, *this);
+}
+
+std::ostream& ExtendedItem::operator<<(std::ostream& out) const {
+    return out;
+}
+
+void ExtendedItem::SetVal(Pair const& value, ExtendedInfo const& /*info*/) {
+    value_ = value;
+}
+
+}  // namespace Oru
+}  // namespace Legacy
