@@ -34,6 +34,8 @@ Sample const kSamples[] = {
     {"Enum", "3", "3"},
     {"String", "hello", "hello"},
     {"BoolArray", "3 1 0 1", "(True, False, True)"},
+    {"Colour", "(0 1 2 255)", "(0 1 2 255)"},
+    {"Orientation", "90 -10 0", "OrientationItem"},
     {"Addr", "camera.local", "camera.local"},
     {"Endpoint", "[::1]:80", "[::1]:80"},
     {"AppEndpoint", "10.0.0.1:80", "10.0.0.1:80 (Unknown)"},

@@ -38,6 +38,23 @@ void AddNumericFamilies(std::vector<Family>& families, char const* family, OruTy
 #undef ORU_TOOL_ADD_FAMILY
 }
 
+// Three numbers: bearing, inclination, roll (the family reads no text itself).
+bool ReadOrientation(ItemBase& item, std::vector<std::string> const& values, std::ostream& errors) {
+    auto* const orientation = dynamic_cast<OrientationItem*>(&item);
+    std::string text;
+    for (std::string const& value : values) {
+        text += value + " ";
+    }
+    std::istringstream in(text);
+    Orientation_t read;
+    if (!orientation || !(in >> read.bearing >> read.inclination >> read.roll)) {
+        errors << "Error parsing orientation: give bearing, inclination and roll\n";
+        return false;
+    }
+    orientation->Set(read);
+    return true;
+}
+
 // Each argument one URI.
 bool ReadAppEndpoints(ItemBase& item, std::vector<std::string> const& values,
                       std::ostream& errors) {
@@ -91,6 +108,9 @@ std::vector<Family> MakeFamilies() {
     families.push_back(Family{"Enum", 5, 0, &MakeItem<EnumItem>, nullptr});
     families.push_back(Family{"String", 6, 0, &MakeItem<StringItem>, nullptr});
     families.push_back(Family{"BoolArray", 8, 0, &MakeItem<BoolArrayItem>, nullptr});
+    families.push_back(Family{"Colour", 128, 0, &MakeItem<ColourItem>, nullptr});
+    families.push_back(Family{"Orientation", 131, 0, &MakeItem<OrientationItem>, nullptr,
+                              &ReadOrientation, "bearing inclination roll"});
     families.push_back(Family{"Addr", 134, 0, &MakeItem<AddrItem>, nullptr});
     families.push_back(Family{"Endpoint", 136, 0, &MakeItem<EndpointItem>, nullptr});
     families.push_back(
