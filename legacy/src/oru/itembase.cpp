@@ -12,6 +12,7 @@
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/numericsparse.h>
 #include <legacy/oru/resultelem.h>
+#include <legacy/oru/stringarray.h>
 #include <legacy/oru/stringvalue.h>
 
 #include "serialcodec.h"
@@ -200,8 +201,12 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<EnumItem>;
         case 6:
             return &Make<StringItem>;
+        case 7:
+            return &Make<StringArrayItem>;
         case 8:
             return &Make<BoolArrayItem>;
+        case 9:
+            return &Make<StringSparseItem>;
         case 253:
             return &Make<CompositeItem>;
         case 134:
