@@ -59,6 +59,15 @@ Setting MakeString(unsigned int id, char const* name, unsigned long long maxLeng
     return Setting{info, item};
 }
 
+Setting MakeStringArray(unsigned int id, char const* name, unsigned long long maxSize,
+                        std::vector<std::string> const& value) {
+    boost::intrusive_ptr<StringArrayInfo> info(new StringArrayInfo(id, name, Permission_t(0x0003)));
+    info->SetMaxSize(maxSize);
+    boost::intrusive_ptr<StringArrayItem> item(static_cast<StringArrayItem*>(info->CreateItem()));
+    item->SetVal(value);
+    return Setting{info, item};
+}
+
 Setting MakeEnum(unsigned int id, char const* name, std::vector<ElemType<int>> const& table,
                  int def, int value) {
     boost::intrusive_ptr<EnumInfo> info(new EnumInfo(id, name, Permission_t(0x0003), false));
@@ -132,6 +141,7 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         MakeNumericArray<S8Traits>(0x420C0007, "Audio/Input/Equalizer", 8, {0, 0, 0, 0, 0},
                                    {3, 1, 0, -2, -4}),
         MakeString(0x40000001, "Device/Name", 16, "camera", "lobby-east"),
+        MakeStringArray(0x40000002, "Device/Tags", 4, {"lobby", "east", "outdoor"}),
         MakeEnum(0x41000003, "Video/Mode", {{"auto", 0}, {"day", 1}, {"night", 2}}, 0, 2),
         MakeComposite(0x42000001, "Audio/Output",
                       {MakeNumeric<U16Traits>(1, "Volume", 0, 100, 40, 65),

@@ -14,6 +14,7 @@
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/numericsparse.h>
 #include <legacy/oru/resultelem.h>
+#include <legacy/oru/stringarray.h>
 #include <legacy/oru/stringvalue.h>
 
 #include "serialcodec.h"
@@ -202,8 +203,12 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<EnumItem>;
         case 6:
             return &Make<StringItem>;
+        case 7:
+            return &Make<StringArrayItem>;
         case 8:
             return &Make<BoolArrayItem>;
+        case 9:
+            return &Make<StringSparseItem>;
         case 128:
             return &Make<ColourItem>;
         case 131:

@@ -7,6 +7,7 @@
 
 #include <legacy/oru/bool.h>
 #include <legacy/oru/resultelem.h>
+#include <legacy/oru/stringarray.h>
 
 #include "dump.h"
 #include "serialcodec.h"
@@ -166,7 +167,7 @@ bool StringItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other)
 }
 
 int StringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
-                                 unsigned int /*index*/, bool* changed) {
+                                 unsigned int index, bool* changed) {
     if (!source) {
         return -31;
     }
@@ -186,6 +187,17 @@ int StringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& sou
                 return -26;
             }
             newValue = from->value_;
+            break;
+        }
+        case OruType_t::StringArray: {
+            auto const* const from = dynamic_cast<StringArrayItem const*>(source.get());
+            if (!from) {
+                return -26;
+            }
+            if (index >= from->GetSize()) {
+                return -41;
+            }
+            newValue = from->Val()[index];
             break;
         }
         default:

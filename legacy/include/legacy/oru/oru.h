@@ -23,6 +23,7 @@
 #include <legacy/oru/infoitemholderdefs.h>
 #include <legacy/oru/itembase.h>
 #include <legacy/oru/localizedstring.h>
+#include <legacy/oru/localizedstringvalue.h>
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/numericsparse.h>
@@ -30,6 +31,7 @@
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/sectionid.h>
 #include <legacy/oru/sectionmap.h>
+#include <legacy/oru/stringarray.h>
 #include <legacy/oru/stringvalue.h>
 #include <legacy/oru/traits.h>
 #include <legacy/oru/types.h>
