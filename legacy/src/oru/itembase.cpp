@@ -7,10 +7,12 @@
 #include <legacy/oru/addr.h>
 #include <legacy/oru/bool.h>
 #include <legacy/oru/composite.h>
+#include <legacy/oru/coordinate.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/numericsparse.h>
+#include <legacy/oru/rectarray.h>
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringvalue.h>
 
@@ -183,6 +185,22 @@ Factory ByNumericType(std::uint8_t numericType) {
     return numericType < sizeof(rows) / sizeof(rows[0]) ? rows[numericType] : nullptr;
 }
 
+// Rows for the coordinate and rectangle families, made for U16, S32 and
+// Float only.
+template <template <class> class I>
+Factory ByGeometryType(std::uint8_t numericType) {
+    switch (numericType) {
+        case 3:
+            return &Make<I<U16Traits>>;
+        case 6:
+            return &Make<I<S32Traits>>;
+        case 9:
+            return &Make<I<FloatTraits>>;
+        default:
+            return nullptr;
+    }
+}
+
 // The class of a record by its two type bytes, or null for a record that no
 // class reads. Families without a numeric row ignore the numeric-type byte
 // here; their own prologue refuses a wrong one.
@@ -204,6 +222,12 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<BoolArrayItem>;
         case 253:
             return &Make<CompositeItem>;
+        case 129:
+            return ByGeometryType<CoordinateItem>(numericType);
+        case 130:
+            return ByGeometryType<RectItem>(numericType);
+        case 141:
+            return numericType == 3 ? &Make<RectArrayItem<U16Traits>> : nullptr;
         case 134:
             return &Make<AddrItem>;
         case 136:

@@ -10,6 +10,7 @@
 #include <legacy/oru/appprotocol.h>
 #include <legacy/oru/bool.h>
 #include <legacy/oru/composite.h>
+#include <legacy/oru/coordinate.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/export.h>
 #include <legacy/oru/genericcontainer.h>
@@ -23,8 +24,10 @@
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/numericsparse.h>
+#include <legacy/oru/rectarray.h>
 #include <legacy/oru/result.h>
 #include <legacy/oru/resultelem.h>
+#include <legacy/oru/section.h>
 #include <legacy/oru/sectionid.h>
 #include <legacy/oru/sectionmap.h>
 #include <legacy/oru/stringvalue.h>
