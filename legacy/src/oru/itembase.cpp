@@ -9,10 +9,12 @@
 #include <legacy/oru/collection.h>
 #include <legacy/oru/colour.h>
 #include <legacy/oru/composite.h>
+#include <legacy/oru/coordinate.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/numericsparse.h>
+#include <legacy/oru/rectarray.h>
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringarray.h>
 #include <legacy/oru/stringvalue.h>
@@ -186,6 +188,22 @@ Factory ByNumericType(std::uint8_t numericType) {
     return numericType < sizeof(rows) / sizeof(rows[0]) ? rows[numericType] : nullptr;
 }
 
+// Rows for the coordinate and rectangle families, made for U16, S32 and
+// Float only.
+template <template <class> class I>
+Factory ByGeometryType(std::uint8_t numericType) {
+    switch (numericType) {
+        case 3:
+            return &Make<I<U16Traits>>;
+        case 6:
+            return &Make<I<S32Traits>>;
+        case 9:
+            return &Make<I<FloatTraits>>;
+        default:
+            return nullptr;
+    }
+}
+
 // The class of a record by its two type bytes, or null for a record that no
 // class reads. Families without a numeric row ignore the numeric-type byte
 // here; their own prologue refuses a wrong one.
@@ -211,12 +229,12 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<StringSparseItem>;
         case 128:
             return &Make<ColourItem>;
+        case 129:
+            return ByGeometryType<CoordinateItem>(numericType);
+        case 130:
+            return ByGeometryType<RectItem>(numericType);
         case 131:
             return &Make<OrientationItem>;
-        case 253:
-            return &Make<CompositeItem>;
-        case 254:
-            return &Make<CollectionItem>;
         case 134:
             return &Make<AddrItem>;
         case 136:
@@ -225,6 +243,12 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
             return &Make<AppEndpointItem>;
         case 140:
             return &Make<AppEndpointArrayItem>;
+        case 141:
+            return numericType == 3 ? &Make<RectArrayItem<U16Traits>> : nullptr;
+        case 253:
+            return &Make<CompositeItem>;
+        case 254:
+            return &Make<CollectionItem>;
         default:
             return nullptr;
     }

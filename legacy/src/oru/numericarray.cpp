@@ -5,6 +5,7 @@
 #include <limits>
 #include <ostream>
 
+#include <legacy/oru/rectarray.h>
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
@@ -15,6 +16,55 @@
 
 namespace Legacy {
 namespace Oru {
+
+namespace {
+
+// A rectangle array description flattened: four numbers a rectangle, the
+// corner defaults as the default, and the widest corner range as the element
+// bounds. Answers -26 for a source that is no RectArrayInfo<U16Traits>.
+template <class E>
+int AssignFromRectArrayInfo(boost::intrusive_ptr<InfoBase const> const& source,
+                            unsigned long long& minSize, unsigned long long& maxSize, E& min,
+                            E& max, std::vector<E>& defaults, bool* changed) {
+    auto const* const from = source->GetNumericType() == NumericType_t::U16
+                                 ? dynamic_cast<RectArrayInfo<U16Traits> const*>(source.get())
+                                 : nullptr;
+    if (!from) {
+        return -26;
+    }
+    bool differs = minSize != 4 * from->GetMinSize() || maxSize != 4 * from->GetMaxSize();
+    minSize = 4 * from->GetMinSize();
+    maxSize = 4 * from->GetMaxSize();
+    if (defaults.size() != 4) {
+        defaults.resize(4);
+        differs = true;
+    }
+    auto const topLeft = from->TopLeft();
+    auto const bottomRight = from->BottomRight();
+    NumericInfo<U16Traits> const* const scalars[] = {
+        topLeft->X().get(), topLeft->Y().get(), bottomRight->X().get(), bottomRight->Y().get()};
+    unsigned short lowest = scalars[0]->GetMin();
+    unsigned short highest = scalars[0]->GetMax();
+    for (std::size_t i = 0; i < 4; ++i) {
+        // Plain equality, as rectangle conversions have always compared.
+        E const next = ConvertNumber<E>(scalars[i]->GetDefault());
+        differs = differs || defaults[i] != next;
+        defaults[i] = next;
+        lowest = std::min(lowest, scalars[i]->GetMin());
+        highest = std::max(highest, scalars[i]->GetMax());
+    }
+    E const newMin = ConvertNumber<E>(lowest);
+    E const newMax = ConvertNumber<E>(highest);
+    differs = differs || min != newMin || max != newMax;
+    min = newMin;
+    max = newMax;
+    if (changed) {
+        *changed = differs;
+    }
+    return 0;
+}
+
+}  // namespace
 
 // ---- NumericArrayInfo ----
 
@@ -119,7 +169,9 @@ int NumericArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const&
     if (!source) {
         return -31;
     }
-    // Rectangle-array sources join here with their family; until then -26.
+    if (source->GetType() == OruType_t::RectArray) {
+        return AssignFromRectArrayInfo(source, minSize_, maxSize_, min_, max_, default_, changed);
+    }
     if (source->GetType() != OruType_t::NumericArray) {
         return -26;
     }
@@ -320,9 +372,45 @@ int NumericArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> c
         if (!read) {
             return -26;
         }
+    } else if (source->GetType() == OruType_t::Rectangle) {
+        // Four numbers from index on, growing the array with zeros.
+        SourceNumber corners[4];
+        int const code = ReadSourceRectangle(*source, corners);
+        if (code != 0) {
+            return code;
+        }
+        std::size_t const end = static_cast<std::size_t>(index) + 4;
+        if (value_.size() < end) {
+            value_.resize(end);
+            differs = true;
+        }
+        differs =
+            AssignValueFromRectangle_(index, corners[0].As<Element>(), corners[1].As<Element>(),
+                                      corners[2].As<Element>(), corners[3].As<Element>()) ||
+            differs;
+    } else if (source->GetType() == OruType_t::RectArray) {
+        // The whole array, four numbers a rectangle; index is not used.
+        auto const* const from = source->GetNumericType() == NumericType_t::U16
+                                     ? dynamic_cast<RectArrayItem<U16Traits> const*>(source.get())
+                                     : nullptr;
+        if (!from) {
+            return -26;
+        }
+        std::size_t const count = 4 * from->Val().size();
+        if (value_.size() != count) {
+            value_.resize(count);
+            differs = true;
+        }
+        for (std::size_t i = 0; i < from->Val().size(); ++i) {
+            SourceNumber corners[4];
+            ReadSourceRectangle(from->Val()[i], corners);
+            differs =
+                AssignValueFromRectangle_(4 * i, corners[0].As<Element>(), corners[1].As<Element>(),
+                                          corners[2].As<Element>(), corners[3].As<Element>()) ||
+                differs;
+        }
     } else {
-        // One number at index. Rectangle and rectangle-array sources join
-        // here with their family; until then ReadSourceNumber refuses them.
+        // One number at index.
         SourceNumber number;
         int const code = ReadSourceNumber(*source, index, number);
         if (code != 0) {

@@ -1,9 +1,12 @@
 #include "numericconv.h"
 
 #include <legacy/oru/bool.h>
+#include <legacy/oru/coordinate.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/numericarray.h>
+
+#include "geometry.h"
 
 namespace Legacy {
 namespace Oru {
@@ -56,6 +59,20 @@ int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& o
         default:
             return -26;
     }
+}
+
+int ReadSourceRectangle(ItemBase const& source, SourceNumber (&out)[4]) {
+    if (source.GetType() != OruType_t::Rectangle) {
+        return -26;
+    }
+    bool const read = VisitGeometry<RectItem>(source, [&](auto const& from) {
+        using S = typename std::decay_t<decltype(from)>::Traits;
+        out[0].Set<S>(from.TopLeft()->X()->GetVal());
+        out[1].Set<S>(from.TopLeft()->Y()->GetVal());
+        out[2].Set<S>(from.BottomRight()->X()->GetVal());
+        out[3].Set<S>(from.BottomRight()->Y()->GetVal());
+    });
+    return read ? 0 : -26;
 }
 
 }  // namespace Oru

@@ -167,6 +167,12 @@ private:
 // The one switch over source families of the numeric families.
 int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& out);
 
+// Reads the four numbers of a rectangle Item in their own element type, in
+// the order top left X, top left Y, bottom right X, bottom right Y. Answers 0,
+// or -26 for an Item that is no rectangle of U16, S32 or Float. Rectangles
+// are no source of a single number, so ReadSourceNumber refuses them.
+int ReadSourceRectangle(ItemBase const& source, SourceNumber (&out)[4]);
+
 // Reads one value from text as the text readers of the families do: false if
 // the stream is at its end before the read or fails in it.
 template <class V>

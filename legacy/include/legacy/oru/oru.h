@@ -12,6 +12,7 @@
 #include <legacy/oru/collection.h>
 #include <legacy/oru/colour.h>
 #include <legacy/oru/composite.h>
+#include <legacy/oru/coordinate.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/export.h>
 #include <legacy/oru/extended.h>
@@ -27,8 +28,10 @@
 #include <legacy/oru/numeric.h>
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/numericsparse.h>
+#include <legacy/oru/rectarray.h>
 #include <legacy/oru/result.h>
 #include <legacy/oru/resultelem.h>
+#include <legacy/oru/section.h>
 #include <legacy/oru/sectionid.h>
 #include <legacy/oru/sectionmap.h>
 #include <legacy/oru/stringarray.h>

@@ -1,0 +1,660 @@
+#include <legacy/oru/coordinate.h>
+
+#include <istream>
+#include <ostream>
+#include <type_traits>
+
+#include <legacy/oru/resultelem.h>
+
+#include "dump.h"
+#include "geometry.h"
+#include "serialcodec.h"
+#include "texts.h"
+#include "validation.h"
+
+namespace Legacy {
+namespace Oru {
+
+namespace {
+
+// AssignValue of two Info parts: both are always assigned, the first negative
+// code wins, and `changed` is written only on success.
+template <class Part>
+int AssignInfoParts(Part const& first, Part const& second,
+                    boost::intrusive_ptr<InfoBase const> const& sourceFirst,
+                    boost::intrusive_ptr<InfoBase const> const& sourceSecond, bool* changed) {
+    bool firstChanged = false;
+    bool secondChanged = false;
+    int const firstCode = first->AssignValue(sourceFirst, &firstChanged);
+    int const secondCode = second->AssignValue(sourceSecond, &secondChanged);
+    if (firstCode < 0) {
+        return firstCode;
+    }
+    if (secondCode < 0) {
+        return secondCode;
+    }
+    if (changed) {
+        *changed = firstChanged || secondChanged;
+    }
+    return 0;
+}
+
+// AssignArrayValue of two Item parts with index 0: both are always assigned,
+// and any failing part answers -26, whatever its own code.
+template <class Part>
+int AssignItemParts(Part const& first, Part const& second,
+                    boost::intrusive_ptr<ItemBase const> const& sourceFirst,
+                    boost::intrusive_ptr<ItemBase const> const& sourceSecond, bool* changed) {
+    bool firstChanged = false;
+    bool secondChanged = false;
+    int const firstCode = first->AssignArrayValue(sourceFirst, 0, &firstChanged);
+    int const secondCode = second->AssignArrayValue(sourceSecond, 0, &secondChanged);
+    if (firstCode < 0 || secondCode < 0) {
+        return -26;
+    }
+    if (changed) {
+        *changed = firstChanged || secondChanged;
+    }
+    return 0;
+}
+
+// Plain differences wrap in the integer members (without undefined behaviour
+// in S32); float adds its 1.0f as told.
+template <class E>
+E SpanOf(E low, E high) {
+    if constexpr (std::is_integral<E>::value) {
+        using U = typename std::make_unsigned<E>::type;
+        return static_cast<E>(static_cast<U>(static_cast<U>(high) - static_cast<U>(low) + U(1)));
+    } else {
+        return high - low + E(1);
+    }
+}
+
+}  // namespace
+
+// ---- CoordinateInfo ----
+
+template <class T>
+CoordinateInfo<T>::CoordinateInfo(unsigned int const& id, std::string const& name,
+                                  Permission_t const& permission)
+    : InfoBase(id, name, permission),
+      x_(new NumericInfo<T>(0, std::string(), permission)),
+      y_(new NumericInfo<T>(0, std::string(), permission)) {}
+
+template <class T>
+CoordinateInfo<T>::CoordinateInfo(CoordinateInfo const& other)
+    : InfoBase(other), x_(other.x_), y_(other.y_) {}
+
+template <class T>
+CoordinateInfo<T>& CoordinateInfo<T>::operator=(CoordinateInfo const& other) {
+    InfoBase::operator=(other);
+    x_ = other.x_;
+    y_ = other.y_;
+    return *this;
+}
+
+template <class T>
+CoordinateInfo<T>::~CoordinateInfo() = default;
+
+template <class T>
+CoordinateInfo<T>* CoordinateInfo<T>::DeepCopy(unsigned int id, std::string const& name,
+                                               Permission_t const& permission) const {
+    auto* const copy = new CoordinateInfo(id, name, permission);
+    copy->x_.reset(x_->DeepCopy());
+    copy->y_.reset(y_->DeepCopy());
+    return copy;
+}
+
+template <class T>
+CoordinateInfo<T>* CoordinateInfo<T>::DeepCopy() const {
+    return DeepCopy(GetId(), GetName(), GetPermission());
+}
+
+template <class T>
+CoordinateInfo<T>* CoordinateInfo<T>::DeepCopy(unsigned int id) const {
+    return DeepCopy(id, GetName(), GetPermission());
+}
+
+template <class T>
+ItemBase* CoordinateInfo<T>::CreateItem() const {
+    auto* const item = new CoordinateItem<T>(GetId());
+    item->SetValX(x_->GetDefault());
+    item->SetValY(y_->GetDefault());
+    return item;
+}
+
+template <class T>
+OruType_t CoordinateInfo<T>::GetType() const {
+    return GetTypeStatic();
+}
+
+template <class T>
+NumericType_t CoordinateInfo<T>::GetNumericType() const {
+    return GetNumericTypeStatic();
+}
+
+template <class T>
+bool CoordinateInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<CoordinateInfo const*>(other.get()) : nullptr;
+    return that && x_->IsEqualBounds(that->x_) && y_->IsEqualBounds(that->y_);
+}
+
+template <class T>
+int CoordinateInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<CoordinateInfo const*>(other.get()) : nullptr;
+    if (!that) {
+        return -36;
+    }
+    // No rollback: x stays merged when y fails.
+    int const code = x_->MergeBounds(that->x_);
+    if (code < 0) {
+        return code;
+    }
+    return y_->MergeBounds(that->y_);
+}
+
+template <class T>
+int CoordinateInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
+                                   bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    if (source->GetType() != GetTypeStatic()) {
+        return -26;
+    }
+    // The element type may differ: the scalars convert.
+    boost::intrusive_ptr<InfoBase const> sourceX, sourceY;
+    if (!VisitGeometry<CoordinateInfo>(*source, [&](auto const& from) {
+            sourceX = from.X();
+            sourceY = from.Y();
+        })) {
+        return -26;
+    }
+    return AssignInfoParts(x_, y_, sourceX, sourceY, changed);
+}
+
+template <class T>
+void CoordinateInfo<T>::DumpVal(std::ostream& out) const {
+    Dump::NumericInfoHead(out, *this);
+    out << "X ";
+    x_->operator<<(out) << std::endl;
+    out << "Y ";
+    y_->operator<<(out) << std::endl;
+}
+
+template <class T>
+std::ostream& CoordinateInfo<T>::operator<<(std::ostream& out) const {
+    out << "x(";
+    x_->operator<<(out) << ") y(";
+    return y_->operator<<(out) << ")";
+}
+
+// ---- RectInfo ----
+
+template <class T>
+RectInfo<T>::RectInfo(unsigned int const& id, std::string const& name,
+                      Permission_t const& permission)
+    : InfoBase(id, name, permission),
+      topLeft_(new CoordinateInfo<T>(0, std::string(), permission)),
+      bottomRight_(new CoordinateInfo<T>(0, std::string(), permission)) {}
+
+template <class T>
+RectInfo<T>::RectInfo(RectInfo const& other)
+    : InfoBase(other), topLeft_(other.topLeft_), bottomRight_(other.bottomRight_) {}
+
+template <class T>
+RectInfo<T>& RectInfo<T>::operator=(RectInfo const& other) {
+    InfoBase::operator=(other);
+    topLeft_ = other.topLeft_;
+    bottomRight_ = other.bottomRight_;
+    return *this;
+}
+
+template <class T>
+RectInfo<T>::~RectInfo() = default;
+
+template <class T>
+RectInfo<T>* RectInfo<T>::DeepCopy(unsigned int id, std::string const& name,
+                                   Permission_t const& permission) const {
+    auto* const copy = new RectInfo(id, name, permission);
+    copy->topLeft_.reset(topLeft_->DeepCopy());
+    copy->bottomRight_.reset(bottomRight_->DeepCopy());
+    return copy;
+}
+
+template <class T>
+RectInfo<T>* RectInfo<T>::DeepCopy() const {
+    return DeepCopy(GetId(), GetName(), GetPermission());
+}
+
+template <class T>
+RectInfo<T>* RectInfo<T>::DeepCopy(unsigned int id) const {
+    return DeepCopy(id, GetName(), GetPermission());
+}
+
+template <class T>
+ItemBase* RectInfo<T>::CreateItem() const {
+    auto* const item = new RectItem<T>(GetId());
+    item->TopLeft()->SetValX(topLeft_->GetDefaultX());
+    item->TopLeft()->SetValY(topLeft_->GetDefaultY());
+    item->BottomRight()->SetValX(bottomRight_->GetDefaultX());
+    item->BottomRight()->SetValY(bottomRight_->GetDefaultY());
+    return item;
+}
+
+template <class T>
+OruType_t RectInfo<T>::GetType() const {
+    return GetTypeStatic();
+}
+
+template <class T>
+NumericType_t RectInfo<T>::GetNumericType() const {
+    return GetNumericTypeStatic();
+}
+
+template <class T>
+bool RectInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<RectInfo const*>(other.get()) : nullptr;
+    return that && topLeft_->IsEqualBounds(that->topLeft_) &&
+           bottomRight_->IsEqualBounds(that->bottomRight_);
+}
+
+template <class T>
+int RectInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<RectInfo const*>(other.get()) : nullptr;
+    if (!that) {
+        return -36;
+    }
+    int const code = topLeft_->MergeBounds(that->topLeft_);
+    if (code < 0) {
+        return code;
+    }
+    return bottomRight_->MergeBounds(that->bottomRight_);
+}
+
+template <class T>
+int RectInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    if (source->GetType() != GetTypeStatic()) {
+        return -26;
+    }
+    boost::intrusive_ptr<InfoBase const> sourceTopLeft, sourceBottomRight;
+    if (!VisitGeometry<RectInfo>(*source, [&](auto const& from) {
+            sourceTopLeft = from.TopLeft();
+            sourceBottomRight = from.BottomRight();
+        })) {
+        return -26;
+    }
+    return AssignInfoParts(topLeft_, bottomRight_, sourceTopLeft, sourceBottomRight, changed);
+}
+
+template <class T>
+void RectInfo<T>::DumpVal(std::ostream& out) const {
+    Dump::NumericInfoHead(out, *this);
+    out << "topLeft: ";
+    topLeft_->operator<<(out) << std::endl;
+    // "topRight" names the bottom right corner: readers of the dump match it.
+    out << "topRight: ";
+    bottomRight_->operator<<(out) << std::endl;
+}
+
+template <class T>
+std::ostream& RectInfo<T>::operator<<(std::ostream& out) const {
+    out << "TLC[";
+    topLeft_->operator<<(out) << "] BRC[";
+    return bottomRight_->operator<<(out) << "]";
+}
+
+// ---- CoordinateItem ----
+
+template <class T>
+CoordinateItem<T>::CoordinateItem(unsigned int id)
+    : ItemBase(id), x_(new NumericItem<T>(0)), y_(new NumericItem<T>(0)) {}
+
+template <class T>
+CoordinateItem<T>::CoordinateItem(CoordinateItem const& other)
+    : ItemBase(other), x_(other.x_), y_(other.y_) {}
+
+template <class T>
+CoordinateItem<T>& CoordinateItem<T>::operator=(CoordinateItem const& other) {
+    ItemBase::operator=(other);
+    x_ = other.x_;
+    y_ = other.y_;
+    return *this;
+}
+
+template <class T>
+CoordinateItem<T>::~CoordinateItem() = default;
+
+template <class T>
+CoordinateItem<T>* CoordinateItem<T>::DeepCopy(unsigned int id) const {
+    auto* const copy = new CoordinateItem(id);
+    copy->x_->AssignArrayValue(x_, 0, nullptr);
+    copy->y_->AssignArrayValue(y_, 0, nullptr);
+    return copy;
+}
+
+template <class T>
+CoordinateItem<T>* CoordinateItem<T>::DeepCopy() const {
+    return DeepCopy(GetId());
+}
+
+template <class T>
+OruType_t CoordinateItem<T>::GetType() const {
+    return GetTypeStatic();
+}
+
+template <class T>
+NumericType_t CoordinateItem<T>::GetNumericType() const {
+    return GetNumericTypeStatic();
+}
+
+template <class T>
+bool CoordinateItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<CoordinateItem const*>(other.get()) : nullptr;
+    return that && x_->IsEqualValue(that->x_) && y_->IsEqualValue(that->y_);
+}
+
+template <class T>
+int CoordinateItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
+                                        unsigned int /*index*/, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    if (source->GetType() != GetTypeStatic()) {
+        return -26;
+    }
+    boost::intrusive_ptr<ItemBase const> sourceX, sourceY;
+    if (!VisitGeometry<CoordinateItem>(*source, [&](auto const& from) {
+            sourceX = from.X();
+            sourceY = from.Y();
+        })) {
+        return -26;
+    }
+    return AssignItemParts(x_, y_, sourceX, sourceY, changed);
+}
+
+template <class T>
+unsigned int CoordinateItem<T>::GetSerialDataSize() const {
+    return 2 * T::k_serialWidth;
+}
+
+template <class T>
+int CoordinateItem<T>::Serialize(SerialStruct_t* record) const {
+    unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
+    if (!payload) {
+        return -41;
+    }
+    Serial::Writer writer(payload);
+    writer.Element<T>(x_->GetVal());
+    writer.Element<T>(y_->GetVal());
+    return 0;
+}
+
+template <class T>
+int CoordinateItem<T>::Deserialize(ConstSerialStruct_t const* record) {
+    // Exactly two elements: unlike a rectangle, a coordinate takes no more.
+    int const code = Serial::CheckPrologue(record, *this, GetSerialDataSize());
+    if (code != 0) {
+        return code;
+    }
+    Serial::Reader reader(*record);
+    Element const x = reader.Element<T>();
+    Element const y = reader.Element<T>();
+    if (reader.Failed()) {
+        return -41;
+    }
+    x_->SetVal(x);
+    y_->SetVal(y);
+    return 0;
+}
+
+template <class T>
+std::shared_ptr<ResultElem const> CoordinateItem<T>::Validate(
+    boost::intrusive_ptr<InfoBase const> const& info) const {
+    // Never passes, whatever the value: callers check with WithinBounds.
+    return Validation::Illegal(*this, info.get());
+}
+
+template <class T>
+bool CoordinateItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
+                                         boost::intrusive_ptr<InfoBase const> const& info) {
+    if (!x_->SetValFromStream(in, errors, info)) {
+        errors << "Error parsing X\n";
+        return false;
+    }
+    // x keeps what was read when y fails: there is no rollback.
+    if (!y_->SetValFromStream(in, errors, info)) {
+        errors << "Error parsing Y\n";
+        return false;
+    }
+    return true;
+}
+
+template <class T>
+void CoordinateItem<T>::DumpVal(std::ostream& out) const {
+    Dump::ItemHead(out, *this);
+    out << "value: ";
+    operator<<(out) << std::endl;
+}
+
+template <class T>
+std::ostream& CoordinateItem<T>::operator<<(std::ostream& out) const {
+    // The separator and one more blank: readers of the text expect two.
+    out << "(";
+    x_->operator<<(out) << Texts::Separator() << " ";
+    return y_->operator<<(out) << ")";
+}
+
+template <class T>
+void CoordinateItem<T>::BoundVal(CoordinateInfo<T> const& info) {
+    x_->BoundVal(*info.X());
+    y_->BoundVal(*info.Y());
+}
+
+template <class T>
+bool CoordinateItem<T>::WithinBounds(CoordinateInfo<T> const& info) const {
+    return x_->WithinBounds(*info.X()) && y_->WithinBounds(*info.Y());
+}
+
+// ---- RectItem ----
+
+template <class T>
+RectItem<T>::RectItem(unsigned int id)
+    : ItemBase(id), topLeft_(new CoordinateItem<T>(0)), bottomRight_(new CoordinateItem<T>(0)) {}
+
+template <class T>
+RectItem<T>::RectItem(RectItem const& other)
+    : ItemBase(other), topLeft_(other.topLeft_), bottomRight_(other.bottomRight_) {}
+
+template <class T>
+RectItem<T>& RectItem<T>::operator=(RectItem const& other) {
+    ItemBase::operator=(other);
+    topLeft_ = other.topLeft_;
+    bottomRight_ = other.bottomRight_;
+    return *this;
+}
+
+template <class T>
+RectItem<T>::~RectItem() = default;
+
+template <class T>
+RectItem<T>* RectItem<T>::DeepCopy(unsigned int id) const {
+    auto* const copy = new RectItem(id);
+    copy->topLeft_->AssignArrayValue(topLeft_, 0, nullptr);
+    copy->bottomRight_->AssignArrayValue(bottomRight_, 0, nullptr);
+    return copy;
+}
+
+template <class T>
+RectItem<T>* RectItem<T>::DeepCopy() const {
+    return DeepCopy(GetId());
+}
+
+template <class T>
+OruType_t RectItem<T>::GetType() const {
+    return GetTypeStatic();
+}
+
+template <class T>
+NumericType_t RectItem<T>::GetNumericType() const {
+    return GetNumericTypeStatic();
+}
+
+template <class T>
+bool RectItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
+    auto const* const that =
+        IsEqualType(other) ? dynamic_cast<RectItem const*>(other.get()) : nullptr;
+    return that && topLeft_->IsEqualValue(that->topLeft_) &&
+           bottomRight_->IsEqualValue(that->bottomRight_);
+}
+
+template <class T>
+int RectItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
+                                  unsigned int /*index*/, bool* changed) {
+    if (!source) {
+        return -31;
+    }
+    if (source->GetType() != GetTypeStatic()) {
+        return -26;
+    }
+    boost::intrusive_ptr<ItemBase const> sourceTopLeft, sourceBottomRight;
+    if (!VisitGeometry<RectItem>(*source, [&](auto const& from) {
+            sourceTopLeft = from.TopLeft();
+            sourceBottomRight = from.BottomRight();
+        })) {
+        return -26;
+    }
+    return AssignItemParts(topLeft_, bottomRight_, sourceTopLeft, sourceBottomRight, changed);
+}
+
+template <class T>
+unsigned int RectItem<T>::GetSerialDataSize() const {
+    return 4 * T::k_serialWidth;
+}
+
+template <class T>
+int RectItem<T>::Serialize(SerialStruct_t* record) const {
+    unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
+    if (!payload) {
+        return -41;
+    }
+    Serial::Writer writer(payload);
+    writer.Element<T>(topLeft_->X()->GetVal());
+    writer.Element<T>(topLeft_->Y()->GetVal());
+    writer.Element<T>(bottomRight_->X()->GetVal());
+    writer.Element<T>(bottomRight_->Y()->GetVal());
+    return 0;
+}
+
+template <class T>
+int RectItem<T>::Deserialize(ConstSerialStruct_t const* record) {
+    int const code = Serial::CheckPrologue(record, *this);
+    if (code != 0) {
+        return code;
+    }
+    // A longer payload is accepted and its rest ignored, as peers send it;
+    // coordinates deliberately stay strict.
+    if (record->GetDataSize() < GetSerialDataSize()) {
+        return -41;
+    }
+    Serial::Reader reader(*record);
+    Element const left = reader.Element<T>();
+    Element const top = reader.Element<T>();
+    Element const right = reader.Element<T>();
+    Element const bottom = reader.Element<T>();
+    if (reader.Failed()) {
+        return -41;
+    }
+    topLeft_->SetValX(left);
+    topLeft_->SetValY(top);
+    bottomRight_->SetValX(right);
+    bottomRight_->SetValY(bottom);
+    return 0;
+}
+
+template <class T>
+std::shared_ptr<ResultElem const> RectItem<T>::Validate(
+    boost::intrusive_ptr<InfoBase const> const& info) const {
+    // Never passes, whatever the value: callers check with WithinBounds.
+    return Validation::Illegal(*this, info.get());
+}
+
+template <class T>
+bool RectItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
+                                   boost::intrusive_ptr<InfoBase const> const& info) {
+    if (!topLeft_->SetValFromStream(in, errors, info)) {
+        errors << "Error parsing TopLeft\n";
+        return false;
+    }
+    if (!bottomRight_->SetValFromStream(in, errors, info)) {
+        errors << "Error parsing BottomRight\n";
+        return false;
+    }
+    return true;
+}
+
+template <class T>
+void RectItem<T>::DumpVal(std::ostream& out) const {
+    Dump::ItemHead(out, *this);
+    out << "value: ";
+    operator<<(out) << std::endl;
+}
+
+template <class T>
+std::ostream& RectItem<T>::operator<<(std::ostream& out) const {
+    out << "(TLC";
+    topLeft_->operator<<(out) << Texts::Separator() << " BRC";
+    return bottomRight_->operator<<(out) << ")";
+}
+
+template <class T>
+typename RectItem<T>::Element RectItem<T>::GetWidth() const {
+    return SpanOf(topLeft_->X()->GetVal(), bottomRight_->X()->GetVal());
+}
+
+template <class T>
+typename RectItem<T>::Element RectItem<T>::GetHeight() const {
+    return SpanOf(topLeft_->Y()->GetVal(), bottomRight_->Y()->GetVal());
+}
+
+template <class T>
+void RectItem<T>::SetValTopLeft(boost::intrusive_ptr<CoordinateInfo<T>> const& info) {
+    topLeft_->SetValX(info->GetDefaultX());
+    topLeft_->SetValY(info->GetDefaultY());
+}
+
+template <class T>
+void RectItem<T>::SetValBottomRight(boost::intrusive_ptr<CoordinateInfo<T>> const& info) {
+    bottomRight_->SetValX(info->GetDefaultX());
+    bottomRight_->SetValY(info->GetDefaultY());
+}
+
+template <class T>
+void RectItem<T>::BoundVal(RectInfo<T> const& info) {
+    topLeft_->BoundVal(*info.TopLeft());
+    bottomRight_->BoundVal(*info.BottomRight());
+}
+
+template <class T>
+bool RectItem<T>::WithinBounds(RectInfo<T> const& info) const {
+    return topLeft_->WithinBounds(*info.TopLeft()) &&
+           bottomRight_->WithinBounds(*info.BottomRight());
+}
+
+#define LEGACY_ORU_INSTANTIATE_GEOMETRY(T) \
+    template class CoordinateInfo<T>;      \
+    template class RectInfo<T>;            \
+    template class CoordinateItem<T>;      \
+    template class RectItem<T>;
+LEGACY_ORU_FOR_EACH_GEOMETRY_TRAITS(LEGACY_ORU_INSTANTIATE_GEOMETRY)
+
+}  // namespace Oru
+}  // namespace Legacy
