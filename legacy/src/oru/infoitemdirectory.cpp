@@ -12,6 +12,20 @@ int const kAbsent = -25;
 int const kNullPointer = -32;
 int const kMismatch = -41;
 
+// The two halves of a path being looked up, one pair per thread and reused,
+// so that a lookup by path allocates nothing once they hold the longest
+// section path seen. Nothing a lookup calls can start another lookup while
+// they are in use.
+std::string& SectionScratch() {
+    thread_local std::string scratch;
+    return scratch;
+}
+
+std::string& InfoScratch() {
+    thread_local std::string scratch;
+    return scratch;
+}
+
 }  // namespace
 
 InfoItemDirectory::InfoItemDirectory()
@@ -143,8 +157,8 @@ boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(unsigned int 
 }
 
 boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(std::string const& path) const {
-    std::string sectionName;
-    std::string infoName;
+    std::string& sectionName = SectionScratch();
+    std::string& infoName = InfoScratch();
     if (!ParseInfoPath_(path, sectionName, infoName)) {
         return boost::intrusive_ptr<ItemHolder const>();
     }
@@ -165,8 +179,8 @@ boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
 
 boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
     std::string const& path) const {
-    std::string sectionName;
-    std::string infoName;
+    std::string& sectionName = SectionScratch();
+    std::string& infoName = InfoScratch();
     if (!ParseInfoPath_(path, sectionName, infoName)) {
         return boost::intrusive_ptr<InfoItemHolder const>();
     }
@@ -282,8 +296,9 @@ bool InfoItemDirectory::ParseInfoPath_(std::string const& path, std::string& sec
     if (delim == std::string::npos) {
         return false;
     }
-    sectionName = path.substr(0, delim);
-    infoName = path.substr(delim + 1);
+    // assign, not a substring: the scratch strings keep their buffers.
+    sectionName.assign(path, 0, delim);
+    infoName.assign(path, delim + 1, std::string::npos);
     return true;
 }
 
