@@ -339,7 +339,8 @@ int CompositeItem::Serialize(SerialStruct_t* record) const {
     }
     std::uint32_t const size = GetSerialDataSize();
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, size);
-    std::fill(payload, payload + size, static_cast<unsigned char>(0));
+    // memset, not a byte loop: the whole payload is zeroed on every write.
+    std::memset(payload, 0, size);
     if (size < k_countSize) {
         return 0;
     }
