@@ -354,19 +354,17 @@ int CompositeItem::Serialize(SerialStruct_t* record) const {
         // A child that refuses leaves its record zeroed: ten zero bytes stand
         // in its place, and the outer record is still written.
         SerialStruct_t local;
-        // The child's payload goes straight to its place in ours when it fits;
-        // otherwise it is written apart and copied.
-        std::uint32_t const expected = child ? child->GetSerialDataSize() : 0u;
-        bool const fits = child && expected <= size - at - k_childHeaderSize;
-        Serial::PlacedEnvelope const placed(&local, child.get(), expected,
-                                            fits ? payload + at + k_childHeaderSize : nullptr);
+        // The child's payload goes straight to its place in ours when it fits
+        // the space left: the same bytes the copy below would put there.
+        Serial::PlacedEnvelope const placed(&local, child.get(), size - at - k_childHeaderSize,
+                                            child ? payload + at + k_childHeaderSize : nullptr);
         if (child) {
             static_cast<void>(child->Serialize(&local));
         }
         CopyHeader(payload + at, local);
         at += k_childHeaderSize;
         // Bounded by the space left, should a child write more than it said.
-        std::uint32_t const copied = std::min(local.GetDataSize(), size - at);
+        std::uint32_t const copied = std::min(Serial::HostToNet32(local.dataSize), size - at);
         if (copied != 0 && local.GetData() && !placed.Used()) {
             std::memcpy(payload + at, local.GetData(), copied);
         }

@@ -13,10 +13,10 @@ thread_local PlacedEnvelope::Slot t_placed
 
 }  // namespace
 
-PlacedEnvelope::PlacedEnvelope(Record* record, ItemBase const* item, std::uint32_t size,
+PlacedEnvelope::PlacedEnvelope(Record* record, ItemBase const* item, std::uint32_t capacity,
                                unsigned char* at) noexcept
     : record_(record), at_(at), saved_(t_placed) {
-    t_placed = at ? Slot{record, item, size, at} : Slot{nullptr, nullptr, 0, nullptr};
+    t_placed = at ? Slot{record, item, capacity, at} : Slot{nullptr, nullptr, 0, nullptr};
 }
 
 PlacedEnvelope::~PlacedEnvelope() {
@@ -32,7 +32,7 @@ unsigned char* WriteEnvelope(Record* record, ItemBase const& item, std::uint32_t
     }
     unsigned char* payload = nullptr;
     if (t_placed.at && t_placed.record == record && t_placed.item == &item &&
-        t_placed.size == size) {
+        size <= t_placed.capacity) {
         // Once only: a second envelope for the same record allocates.
         payload = t_placed.at;
         t_placed = PlacedEnvelope::Slot{nullptr, nullptr, 0, nullptr};

@@ -128,15 +128,16 @@ inline typename T::Element GetElement(unsigned char const* in) noexcept {
 // the record is overwritten, not released.
 unsigned char* WriteEnvelope(Record* record, ItemBase const& item, std::uint32_t size);
 
-// While one of these lives, the WriteEnvelope call for exactly this record,
-// Item and size writes its payload at `at` instead of allocating one: a
-// composite lets each child write straight into its own payload, so that a
-// Serialize allocates once however many children it holds. A null `at`
-// places nothing. The record is cleared when the guard ends if its payload
-// was placed, so that its destructor never frees the borrowed bytes.
+// While one of these lives, the WriteEnvelope call for this record and Item
+// writes its payload at `at` instead of allocating one, if it needs at most
+// `capacity` bytes: a composite lets each child write straight into its own
+// payload, so that a Serialize allocates once however many children it
+// holds. A null `at` places nothing. The record is cleared when the guard
+// ends if its payload was placed, so that its destructor never frees the
+// borrowed bytes.
 class PlacedEnvelope {
 public:
-    PlacedEnvelope(Record* record, ItemBase const* item, std::uint32_t size,
+    PlacedEnvelope(Record* record, ItemBase const* item, std::uint32_t capacity,
                    unsigned char* at) noexcept;
     ~PlacedEnvelope();
     PlacedEnvelope(PlacedEnvelope const&) = delete;
@@ -149,7 +150,7 @@ public:
     struct Slot {
         Record const* record;
         ItemBase const* item;
-        std::uint32_t size;
+        std::uint32_t capacity;
         unsigned char* at;
     };
 
