@@ -195,7 +195,10 @@ boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
 template <class Holder, class Pick>
 int InfoItemDirectory::CollectIn_(InfoItemSectionId const& id, std::vector<Holder>& out,
                                   Pick pick) const {
-    std::vector<unsigned int> ids;
+    // The ids of one walk, in a per-thread vector that keeps its capacity:
+    // nothing that a walk calls starts another.
+    thread_local std::vector<unsigned int> ids;
+    ids.clear();
     int const result = sectionMap_->GetInfos(id, ids);
     if (result < 0) {
         return result;
