@@ -40,7 +40,10 @@ test-tsan: deps
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DORU_BUILD_BENCH=ON -DORU_BUILD_TESTS=OFF $(CMAKE_FLAGS)
 	cmake --build build-bench -j $(JOBS)
-	@for b in build-bench/bench/*_bench; do [ -x "$$b" ] && "$$b" || exit 1; done
+	@for b in build-bench/bench/*_bench; do [ -x "$$b" ] && "$$b" --benchmark_min_time=$(BENCH_MIN_TIME) || exit 1; done
+
+# Seconds per benchmark case: short, so that the whole run stays within minutes.
+BENCH_MIN_TIME ?= 0.1
 
 FUZZ_SECONDS ?= 60
 FUZZ_TARGETS ?= $(patsubst fuzz/%.cpp,%,$(filter-out fuzz/record.h,$(wildcard fuzz/*.cpp)))

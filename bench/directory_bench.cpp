@@ -1,11 +1,11 @@
-// The directory against what a user would pick instead: a bare std::map or
-// std::unordered_map of holder pointers. Each case runs for 10, 1,000 and
-// 100,000 settings; the map rows show the ratio of the directory's bookkeeping
-// (two maps, the section tree, the type checks) to the lookup alone.
-#include <algorithm>
+// The directory against what a user would pick instead: std::map and
+// std::unordered_map of holder pointers by id or by path, and a
+// Boost.PropertyTree addressed by the same paths. Every case runs on the
+// shared settings tree (settings_tree.h) of 10, 1,000 and 100,000 settings;
+// lookups walk the settings in a shuffled order. Counters: "allocs" per
+// operation, "bytes_per_setting" of the structure looked in.
 #include <map>
 #include <memory>
-#include <random>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -13,173 +13,273 @@
 #include <benchmark/benchmark.h>
 #include <legacy/oru/oru.h>
 
+#include "measure.h"
+#include "settings_tree.h"
+
 namespace {
 
 using namespace Legacy::Oru;
-
-using ItemPtr = boost::intrusive_ptr<ItemHolder const>;
-
-// N settings "Bench/Input/S<i>", each with an Item, and the same Items in
-// the two plain maps; lookups walk the ids in a shuffled order.
-struct Settings {
-    InfoItemDirectory dir;
-    std::map<unsigned int, ItemPtr> byId;
-    std::unordered_map<unsigned int, ItemPtr> hashedById;
-    std::unordered_map<std::string, ItemPtr> hashedByPath;
-    std::vector<unsigned int> ids;
-    std::vector<std::string> paths;
-    std::vector<ItemPtr> replacements;
-
-    explicit Settings(std::size_t count) {
-        SectionId section;
-        dir.AddSection("Bench/Input", section);
-        for (std::size_t i = 0; i < count; ++i) {
-            unsigned int const id = section.GetInfoItemSectionId().CreateInfoItemId(i);
-            std::string const name = "S" + std::to_string(i);
-            boost::intrusive_ptr<InfoBase> info(
-                new NumericInfo<U32Traits>(id, name, Permission_t(3)));
-            dir.AddInfo(boost::intrusive_ptr<InfoHolder const>(new InfoHolder(info)));
-            ItemPtr const item(new ItemHolder(
-                boost::intrusive_ptr<ItemBase>(NumericItem<U32Traits>::Create(id, i))));
-            dir.SetItem(item);
-            byId.emplace(id, item);
-            hashedById.emplace(id, item);
-            hashedByPath.emplace("Bench/Input/" + name, item);
-            ids.push_back(id);
-            replacements.emplace_back(new ItemHolder(
-                boost::intrusive_ptr<ItemBase>(NumericItem<U32Traits>::Create(id, i + 1))));
-        }
-        std::mt19937 random(42);
-        std::shuffle(ids.begin(), ids.end(), random);
-        for (unsigned int id : ids) {
-            paths.push_back("Bench/Input/S" + std::to_string(id & 0x3FFFF));
-        }
-    }
-};
+using Bench::ItemPtr;
+using Bench::PropertyTree;
+using Bench::SettingsTree;
 
 void Sizes(benchmark::internal::Benchmark* bench) {
     bench->Arg(10)->Arg(1000)->Arg(100000);
 }
 
-void BM_FindItemById_Directory(benchmark::State& state) {
-    Settings s(state.range(0));
+std::string Label(char const* operation, char const* peer, benchmark::State const& state) {
+    return std::string(operation) + "/" + peer + "/" + std::to_string(state.range(0));
+}
+
+// The loop every lookup shares: `find(i)` looks up the i-th setting of the
+// shuffled order.
+template <class Find>
+void LookupLoop(benchmark::State& state, char const* operation, char const* peer, std::size_t count,
+                double bytesPerSetting, Find find) {
     std::size_t i = 0;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(s.dir.FindItem(s.ids[i]));
-        i = i + 1 == s.ids.size() ? 0 : i + 1;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, Label(operation, peer, state));
+        for (auto _ : state) {
+            find(i);
+            i = i + 1 == count ? 0 : i + 1;
+        }
     }
+    Bench::ReportAllocations(state, allocations);
+    state.counters["bytes_per_setting"] = bytesPerSetting;
     state.SetItemsProcessed(state.iterations());
+}
+
+void BM_FindItemById_Directory(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    if (!s.dir.FindItem(s.ids.front())) {
+        state.SkipWithError("a setting is missing");
+        return;
+    }
+    state.counters["item_bytes"] = s.ItemBytesPerSetting();
+    LookupLoop(state, "FindItemById", "Oru", s.Count(), s.DirectoryBytesPerSetting(),
+               [&](std::size_t i) { benchmark::DoNotOptimize(s.dir.FindItem(s.ids[i])); });
 }
 BENCHMARK(BM_FindItemById_Directory)->Apply(Sizes);
 
 void BM_FindItemById_StdMap(benchmark::State& state) {
-    Settings s(state.range(0));
-    std::size_t i = 0;
-    for (auto _ : state) {
-        auto const found = s.byId.find(s.ids[i]);
-        benchmark::DoNotOptimize(found == s.byId.end() ? ItemPtr() : found->second);
-        i = i + 1 == s.ids.size() ? 0 : i + 1;
-    }
-    state.SetItemsProcessed(state.iterations());
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    auto const& map = s.ById(bytes);
+    LookupLoop(state, "FindItemById", "StdMap", s.Count(), bytes, [&](std::size_t i) {
+        auto const found = map.find(s.ids[i]);
+        benchmark::DoNotOptimize(found == map.end() ? ItemPtr() : found->second);
+    });
 }
 BENCHMARK(BM_FindItemById_StdMap)->Apply(Sizes);
 
 void BM_FindItemById_UnorderedMap(benchmark::State& state) {
-    Settings s(state.range(0));
-    std::size_t i = 0;
-    for (auto _ : state) {
-        auto const found = s.hashedById.find(s.ids[i]);
-        benchmark::DoNotOptimize(found == s.hashedById.end() ? ItemPtr() : found->second);
-        i = i + 1 == s.ids.size() ? 0 : i + 1;
-    }
-    state.SetItemsProcessed(state.iterations());
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    auto const& map = s.HashedById(bytes);
+    LookupLoop(state, "FindItemById", "UnorderedMap", s.Count(), bytes, [&](std::size_t i) {
+        auto const found = map.find(s.ids[i]);
+        benchmark::DoNotOptimize(found == map.end() ? ItemPtr() : found->second);
+    });
 }
 BENCHMARK(BM_FindItemById_UnorderedMap)->Apply(Sizes);
 
 void BM_FindItemByPath_Directory(benchmark::State& state) {
-    Settings s(state.range(0));
-    std::size_t i = 0;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(s.dir.FindItem(s.paths[i]));
-        i = i + 1 == s.paths.size() ? 0 : i + 1;
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    if (s.dir.FindItem(s.paths.front()) != s.dir.FindItem(s.ids.front())) {
+        state.SkipWithError("a path does not lead to its setting");
+        return;
     }
-    state.SetItemsProcessed(state.iterations());
+    LookupLoop(state, "FindItemByPath", "Oru", s.Count(), s.DirectoryBytesPerSetting(),
+               [&](std::size_t i) { benchmark::DoNotOptimize(s.dir.FindItem(s.paths[i])); });
 }
 BENCHMARK(BM_FindItemByPath_Directory)->Apply(Sizes);
 
+void BM_FindItemByPath_StdMap(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    auto const& map = s.ByPath(bytes);
+    LookupLoop(state, "FindItemByPath", "StdMap", s.Count(), bytes, [&](std::size_t i) {
+        auto const found = map.find(s.paths[i]);
+        benchmark::DoNotOptimize(found == map.end() ? ItemPtr() : found->second);
+    });
+}
+BENCHMARK(BM_FindItemByPath_StdMap)->Apply(Sizes);
+
 void BM_FindItemByPath_UnorderedMap(benchmark::State& state) {
-    Settings s(state.range(0));
-    std::size_t i = 0;
-    for (auto _ : state) {
-        auto const found = s.hashedByPath.find(s.paths[i]);
-        benchmark::DoNotOptimize(found == s.hashedByPath.end() ? ItemPtr() : found->second);
-        i = i + 1 == s.paths.size() ? 0 : i + 1;
-    }
-    state.SetItemsProcessed(state.iterations());
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    auto const& map = s.HashedByPath(bytes);
+    LookupLoop(state, "FindItemByPath", "UnorderedMap", s.Count(), bytes, [&](std::size_t i) {
+        auto const found = map.find(s.paths[i]);
+        benchmark::DoNotOptimize(found == map.end() ? ItemPtr() : found->second);
+    });
 }
 BENCHMARK(BM_FindItemByPath_UnorderedMap)->Apply(Sizes);
 
+// get_child with "/" as the separator, as a user of a path-addressed tree writes it.
+void BM_FindItemByPath_PropertyTree(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    PropertyTree const& tree = s.Tree(bytes);
+    LookupLoop(state, "FindItemByPath", "PropertyTree", s.Count(), bytes, [&](std::size_t i) {
+        benchmark::DoNotOptimize(&tree.get_child(PropertyTree::path_type(s.paths[i], '/')).data());
+    });
+}
+BENCHMARK(BM_FindItemByPath_PropertyTree)->Apply(Sizes);
+
 void BM_SetItem_Directory(benchmark::State& state) {
-    Settings s(state.range(0));
-    std::size_t i = 0;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(s.dir.SetItem(s.replacements[i]));
-        i = i + 1 == s.replacements.size() ? 0 : i + 1;
-    }
-    state.SetItemsProcessed(state.iterations());
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    LookupLoop(state, "SetItem", "Oru", s.Count(), s.DirectoryBytesPerSetting(),
+               [&](std::size_t i) { benchmark::DoNotOptimize(s.dir.SetItem(s.replacements[i])); });
 }
 BENCHMARK(BM_SetItem_Directory)->Apply(Sizes);
 
 void BM_SetItem_StdMap(benchmark::State& state) {
-    Settings s(state.range(0));
-    std::size_t i = 0;
-    for (auto _ : state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    // A map of its own: the shared one stays as built.
+    std::map<unsigned int, ItemPtr> map = s.ById(bytes);
+    LookupLoop(state, "SetItem", "StdMap", s.Count(), bytes, [&](std::size_t i) {
         ItemPtr const& item = s.replacements[i];
-        s.byId[item->GetItem()->GetId()] = item;
-        i = i + 1 == s.replacements.size() ? 0 : i + 1;
-    }
-    state.SetItemsProcessed(state.iterations());
+        map[item->GetItem()->GetId()] = item;
+    });
 }
 BENCHMARK(BM_SetItem_StdMap)->Apply(Sizes);
 
 void BM_SetItem_UnorderedMap(benchmark::State& state) {
-    Settings s(state.range(0));
-    std::size_t i = 0;
-    for (auto _ : state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    std::unordered_map<unsigned int, ItemPtr> map = s.HashedById(bytes);
+    LookupLoop(state, "SetItem", "UnorderedMap", s.Count(), bytes, [&](std::size_t i) {
         ItemPtr const& item = s.replacements[i];
-        s.hashedById[item->GetItem()->GetId()] = item;
-        i = i + 1 == s.replacements.size() ? 0 : i + 1;
-    }
-    state.SetItemsProcessed(state.iterations());
+        map[item->GetItem()->GetId()] = item;
+    });
 }
 BENCHMARK(BM_SetItem_UnorderedMap)->Apply(Sizes);
 
+// FindItems of the subtree "Audio/Unit0": an id range in an ordered map (the
+// packed ids keep a subtree together), a recursive walk in a property tree.
+void BM_FindItems_Directory(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    InfoItemSectionId const section = s.Subtree().GetInfoItemSectionId();
+    std::vector<boost::intrusive_ptr<ItemHolder const>> out;
+    std::size_t found = 0;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, Label("FindItems", "Oru", state));
+        for (auto _ : state) {
+            out.clear();
+            benchmark::DoNotOptimize(s.dir.FindItems(section, out));
+            found = out.size();
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.counters["settings"] = static_cast<double>(found);
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_FindItems_Directory)->Apply(Sizes);
+
+void BM_FindItems_StdMap(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    auto const& map = s.ById(bytes);
+    unsigned int const section = s.Subtree().GetInfoItemSectionId();
+    // Depth-3 info ids under this depth-2 section: depth code 2, same top
+    // two subsection fields.
+    unsigned int const low = (2u << 30) | (section & 0x3FFC0000u);
+    unsigned int const high = low | 0x0003FFFFu;
+    std::vector<ItemPtr> out;
+    std::size_t found = 0;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, Label("FindItems", "StdMap", state));
+        for (auto _ : state) {
+            out.clear();
+            for (auto entry = map.lower_bound(low); entry != map.end() && entry->first <= high;
+                 ++entry) {
+                out.push_back(entry->second);
+            }
+            benchmark::DoNotOptimize(out.data());
+            found = out.size();
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.counters["settings"] = static_cast<double>(found);
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_FindItems_StdMap)->Apply(Sizes);
+
+void CollectLeaves(PropertyTree const& tree, std::vector<std::string const*>& out) {
+    if (tree.empty()) {
+        out.push_back(&tree.data());
+        return;
+    }
+    for (auto const& child : tree) {
+        CollectLeaves(child.second, out);
+    }
+}
+
+void BM_FindItems_PropertyTree(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    PropertyTree const& tree = s.Tree(bytes);
+    std::vector<std::string const*> out;
+    std::size_t found = 0;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, Label("FindItems", "PropertyTree", state));
+        for (auto _ : state) {
+            out.clear();
+            CollectLeaves(tree.get_child(PropertyTree::path_type(s.SubtreePath(), '/')), out);
+            benchmark::DoNotOptimize(out.data());
+            found = out.size();
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.counters["settings"] = static_cast<double>(found);
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_FindItems_PropertyTree)->Apply(Sizes);
+
 // One change set of a new Item for every setting, applied whole per iteration.
 void BM_UpdateFromDelta_Directory(benchmark::State& state) {
-    Settings s(state.range(0));
+    SettingsTree& s = Bench::SharedTree(state.range(0));
     auto const delta = std::make_shared<InfoItemDirectoryDelta>();
     for (auto const& item : s.replacements) {
         delta->AddItem(item);
     }
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(s.dir.UpdateFromDelta(delta, true, true));
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, Label("UpdateFromDelta", "Oru", state));
+        for (auto _ : state) {
+            benchmark::DoNotOptimize(s.dir.UpdateFromDelta(delta, true, true));
+        }
     }
+    Bench::ReportAllocations(state, allocations);
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BM_UpdateFromDelta_Directory)->Apply(Sizes);
 
 void BM_UpdateFromDelta_StdMap(benchmark::State& state) {
-    Settings s(state.range(0));
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    std::map<unsigned int, ItemPtr> map = s.ById(bytes);
     std::map<unsigned int, ItemPtr> delta;
     for (auto const& item : s.replacements) {
         delta.emplace(item->GetItem()->GetId(), item);
     }
-    for (auto _ : state) {
-        for (auto const& entry : delta) {
-            s.byId[entry.first] = entry.second;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, Label("UpdateFromDelta", "StdMap", state));
+        for (auto _ : state) {
+            for (auto const& entry : delta) {
+                map[entry.first] = entry.second;
+            }
+            benchmark::ClobberMemory();
         }
-        benchmark::ClobberMemory();
     }
+    Bench::ReportAllocations(state, allocations);
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BM_UpdateFromDelta_StdMap)->Apply(Sizes);

@@ -1,11 +1,47 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <new>
 #include <random>
 #include <sstream>
 
 #include <legacy/oru/oru.h>
 
 #include "test_util.h"
+
+// Counts the allocations of this test program, so that Serialize can be shown
+// to allocate its payload once, however many children it writes.
+static std::atomic<long> g_allocations{0};
+
+// The replacements below are a matched pair over malloc and free; the
+// compiler cannot tell once it inlines them into the helpers.
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+
+void* operator new(std::size_t size) {
+    g_allocations.fetch_add(1, std::memory_order_relaxed);
+    if (void* p = std::malloc(size ? size : 1)) {
+        return p;
+    }
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
+// Payloads are arrays: counted too, whatever the runtime routes them through.
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+void operator delete[](void* p) noexcept {
+    std::free(p);
+}
+void operator delete[](void* p, std::size_t) noexcept {
+    std::free(p);
+}
 
 namespace {
 
@@ -249,6 +285,53 @@ TEST(CompositeItemTest, AChildWithoutASerialFormLeavesTenZeroBytes) {
     ItemBase::ConstSerialStruct_t const view(record);
     ItemPtr back;
     EXPECT_EQ(ItemBase::Deserialize(&view, back), -1);
+}
+
+// Children write straight into the composite's payload: one allocation for
+// the whole record, and the bytes each child writes on its own, in order.
+TEST(CompositeItemTest, SerializeAllocatesOncePerRecord) {
+    boost::intrusive_ptr<CompositeItem> const outer = MakeNested();
+    ItemPtr const shared(NumericItem<DoubleTraits>::Create(8, 1000.0));
+    outer->AddItem(ItemPtr(new Unwritable));
+    outer->AddItem(shared);
+    outer->AddItem(shared);
+    outer->AddItem(ItemPtr(StringItem::Create(10, "a text longer than sixteen bytes")));
+
+    std::vector<CompositeItem::ConstItemPtr> children;
+    outer->GetItems(children);
+    std::vector<unsigned char> expected = {0x00, static_cast<unsigned char>(children.size())};
+    for (CompositeItem::ConstItemPtr const& child : children) {
+        ItemBase::SerialStruct_t own;
+        static_cast<void>(child->Serialize(&own));
+        unsigned char header[10] = {};
+        std::uint32_t const id = own.id;
+        std::uint32_t const size = own.dataSize;
+        std::memcpy(header, &id, 4);
+        std::memcpy(header + 4, &size, 4);
+        header[8] = own.type;
+        header[9] = own.numericType;
+        expected.insert(expected.end(), header, header + 10);
+        unsigned char const* const data = own.GetData();
+        if (data) {
+            expected.insert(expected.end(), data, data + own.GetDataSize());
+        }
+    }
+
+    for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE(round);
+        ItemBase::SerialStruct_t record;
+        long const before = g_allocations.load();
+        ASSERT_EQ(outer->Serialize(&record), 0);
+        EXPECT_EQ(g_allocations.load() - before, 1);
+        ASSERT_EQ(record.GetDataSize(), expected.size());
+        EXPECT_EQ(Hex(PayloadOf(record)), Hex(expected));
+    }
+
+    // A child written on its own afterwards allocates its own payload again.
+    ItemBase::SerialStruct_t alone;
+    long const before = g_allocations.load();
+    ASSERT_EQ(shared->Serialize(&alone), 0);
+    EXPECT_EQ(g_allocations.load() - before, 1);
 }
 
 TEST(CompositeItemTest, CopiesShareChildrenAndAssignmentDeepCopies) {

@@ -383,4 +383,37 @@ TEST(InfoItemDirectoryTest, LookupsByIdAllocateNothing) {
     EXPECT_EQ(g_allocations.load() - before, 0);
 }
 
+// Paths are split and walked without copies once a thread has looked up its
+// longest path; names longer than a string's inline buffer included.
+TEST(InfoItemDirectoryTest, LookupsByPathAllocateNothingOnceWarm) {
+    Sample s;
+    SectionId deep;
+    ASSERT_EQ(s.dir.AddSection("Audio/Input/AVeryLongSubsectionName", deep), 0);
+    unsigned int const deepId = deep.GetInfoItemSectionId().CreateInfoItemId(3);
+    ASSERT_EQ(s.dir.AddInfo(U32InfoHolder(deepId, "AnEvenLongerSettingName")), 0);
+    ASSERT_EQ(s.dir.SetItem(U32ItemHolder(deepId, 9)), 0);
+    // Every text is made before counting: only the lookups are measured.
+    std::string const deepPath = "Audio/Input/AVeryLongSubsectionName/AnEvenLongerSettingName";
+    std::string const gainPath = "Audio/Input/Gain";
+    std::string const levelPath = "Audio/Input/Level";
+    std::string const nowherePath = "Audio/Nowhere/Gain";
+    std::string const videoPath = "Video/Gain";
+    std::string const output = "Audio/Output";
+    std::string const volume = "Volume";
+    auto const lookups = [&] {
+        EXPECT_EQ(U32Value(*s.dir.FindItem(deepPath)), 9u);
+        EXPECT_EQ(U32Value(*s.dir.FindItem(gainPath)), 7u);
+        EXPECT_FALSE(s.dir.FindItem(levelPath));
+        EXPECT_FALSE(s.dir.FindItem(nowherePath));
+        EXPECT_TRUE(s.dir.FindInfoItem(videoPath));
+        EXPECT_TRUE(s.dir.FindInfo(output, volume));
+    };
+    lookups();
+    long const before = g_allocations.load();
+    for (int i = 0; i < 100; ++i) {
+        lookups();
+    }
+    EXPECT_EQ(g_allocations.load() - before, 0);
+}
+
 }  // namespace

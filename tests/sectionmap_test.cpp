@@ -235,6 +235,48 @@ TEST(SectionMapTest, InfosByExplicitAndAllocatedIds) {
     EXPECT_EQ(map.FindInfo(InfoItemSectionId(), section, name), -41);
 }
 
+// Lookups of an info by section path walk the path as adding does: one
+// optional leading "/", an empty component is -41, and the id found is kept
+// only on success.
+TEST(SectionMapTest, InfoLookupsWalkThePathLevelByLevel) {
+    SectionMap map;
+    SectionId out;
+    ASSERT_EQ(map.AddSection("a/x", out), 0);
+    ASSERT_EQ(map.AddSection("a/AVeryLongSubsectionName", out), 0);
+    InfoItemSectionId id;
+    ASSERT_EQ(map.AddInfo("a/x", "gain", id), 0);
+    ASSERT_EQ(map.AddInfo("a", "level", id), 0);
+    ASSERT_EQ(map.AddInfo("a/AVeryLongSubsectionName", "AnEvenLongerInfoName", id), 0);
+    struct Row {
+        char const* section;
+        char const* info;
+        int result;
+        char const* found;
+    };
+    Row const rows[] = {
+        {"a/x", "gain", 0, "0x40000000"},
+        {"/a/x", "gain", 0, "0x40000000"},
+        {"a//x", "gain", 0, "0x40000000"},
+        {"a/x/", "gain", 0, "0x40000000"},
+        {"a", "level", 0, "0x00000000"},
+        {"a/AVeryLongSubsectionName", "AnEvenLongerInfoName", 0, "0x40040000"},
+        {"a/x", "level", -25, ""},
+        {"a", "gain", -25, ""},
+        {"", "gain", -25, ""},
+        {"b/x", "gain", -25, ""},
+        {"a/y", "gain", -25, ""},
+        {"/", "gain", -41, ""},
+        {"a/x//", "gain", -41, ""},
+        {"//a", "gain", -41, ""},
+    };
+    for (Row const& row : rows) {
+        SCOPED_TRACE(std::string(row.section) + " " + row.info);
+        InfoItemSectionId found(0x12345678);
+        EXPECT_EQ(map.FindInfo(row.section, row.info, found), row.result);
+        EXPECT_EQ(Hex(found), row.result == 0 ? std::string(row.found) : "0x12345678");
+    }
+}
+
 TEST(SectionMapTest, AllocatedInfoNumbersStopAt257) {
     SectionMap map;
     SectionId out;

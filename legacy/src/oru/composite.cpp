@@ -339,7 +339,8 @@ int CompositeItem::Serialize(SerialStruct_t* record) const {
     }
     std::uint32_t const size = GetSerialDataSize();
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, size);
-    std::fill(payload, payload + size, static_cast<unsigned char>(0));
+    // memset, not a byte loop: the whole payload is zeroed on every write.
+    std::memset(payload, 0, size);
     if (size < k_countSize) {
         return 0;
     }
@@ -353,14 +354,18 @@ int CompositeItem::Serialize(SerialStruct_t* record) const {
         // A child that refuses leaves its record zeroed: ten zero bytes stand
         // in its place, and the outer record is still written.
         SerialStruct_t local;
+        // The child's payload goes straight to its place in ours when it fits
+        // the space left: the same bytes the copy below would put there.
+        Serial::PlacedEnvelope const placed(&local, child.get(), size - at - k_childHeaderSize,
+                                            child ? payload + at + k_childHeaderSize : nullptr);
         if (child) {
             static_cast<void>(child->Serialize(&local));
         }
         CopyHeader(payload + at, local);
         at += k_childHeaderSize;
         // Bounded by the space left, should a child write more than it said.
-        std::uint32_t const copied = std::min(local.GetDataSize(), size - at);
-        if (copied != 0 && local.GetData()) {
+        std::uint32_t const copied = std::min(Serial::HostToNet32(local.dataSize), size - at);
+        if (copied != 0 && local.GetData() && !placed.Used()) {
             std::memcpy(payload + at, local.GetData(), copied);
         }
         at += copied;

@@ -12,6 +12,20 @@ int const kAbsent = -25;
 int const kNullPointer = -32;
 int const kMismatch = -41;
 
+// The two halves of a path being looked up, one pair per thread and reused,
+// so that a lookup by path allocates nothing once they hold the longest
+// section path seen. Nothing a lookup calls can start another lookup while
+// they are in use.
+std::string& SectionScratch() {
+    thread_local std::string scratch;
+    return scratch;
+}
+
+std::string& InfoScratch() {
+    thread_local std::string scratch;
+    return scratch;
+}
+
 }  // namespace
 
 InfoItemDirectory::InfoItemDirectory()
@@ -143,8 +157,8 @@ boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(unsigned int 
 }
 
 boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(std::string const& path) const {
-    std::string sectionName;
-    std::string infoName;
+    std::string& sectionName = SectionScratch();
+    std::string& infoName = InfoScratch();
     if (!ParseInfoPath_(path, sectionName, infoName)) {
         return boost::intrusive_ptr<ItemHolder const>();
     }
@@ -165,8 +179,8 @@ boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
 
 boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
     std::string const& path) const {
-    std::string sectionName;
-    std::string infoName;
+    std::string& sectionName = SectionScratch();
+    std::string& infoName = InfoScratch();
     if (!ParseInfoPath_(path, sectionName, infoName)) {
         return boost::intrusive_ptr<InfoItemHolder const>();
     }
@@ -181,7 +195,10 @@ boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
 template <class Holder, class Pick>
 int InfoItemDirectory::CollectIn_(InfoItemSectionId const& id, std::vector<Holder>& out,
                                   Pick pick) const {
-    std::vector<unsigned int> ids;
+    // The ids of one walk, in a per-thread vector that keeps its capacity:
+    // nothing that a walk calls starts another.
+    thread_local std::vector<unsigned int> ids;
+    ids.clear();
     int const result = sectionMap_->GetInfos(id, ids);
     if (result < 0) {
         return result;
@@ -282,8 +299,9 @@ bool InfoItemDirectory::ParseInfoPath_(std::string const& path, std::string& sec
     if (delim == std::string::npos) {
         return false;
     }
-    sectionName = path.substr(0, delim);
-    infoName = path.substr(delim + 1);
+    // assign, not a substring: the scratch strings keep their buffers.
+    sectionName.assign(path, 0, delim);
+    infoName.assign(path, delim + 1, std::string::npos);
     return true;
 }
 

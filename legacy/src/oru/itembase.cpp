@@ -264,7 +264,7 @@ int ItemBase::Deserialize(ConstSerialStruct_t const* record, boost::intrusive_pt
     if (!factory) {
         return -41;
     }
-    item.reset(factory(record->GetId()));
+    item.reset(factory(Serial::HostToNet32(record->id)));
     return item->Deserialize(record);
 }
 

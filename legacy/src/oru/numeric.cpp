@@ -289,7 +289,7 @@ std::shared_ptr<ResultElem const> NumericItem<T>::Validate(
 template <class T>
 std::shared_ptr<ResultElem const> NumericItem<T>::ValidateMin(
     boost::intrusive_ptr<InfoBase const> const& info) const {
-    auto const numericInfo = Validation::CastInfo<NumericInfo<T>>(info);
+    auto const* const numericInfo = Validation::InfoAs<NumericInfo<T>>(info);
     if (!numericInfo) {
         return Validation::TypeMismatch(*this, info.get());
     }
@@ -306,7 +306,7 @@ std::shared_ptr<ResultElem const> NumericItem<T>::ValidateMin(
 template <class T>
 std::shared_ptr<ResultElem const> NumericItem<T>::ValidateMax(
     boost::intrusive_ptr<InfoBase const> const& info) const {
-    auto const numericInfo = Validation::CastInfo<NumericInfo<T>>(info);
+    auto const* const numericInfo = Validation::InfoAs<NumericInfo<T>>(info);
     if (!numericInfo) {
         return Validation::TypeMismatch(*this, info.get());
     }

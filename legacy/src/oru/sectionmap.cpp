@@ -1,5 +1,7 @@
 #include <legacy/oru/sectionmap.h>
 
+#include <string_view>
+
 namespace Legacy {
 namespace Oru {
 
@@ -17,6 +19,52 @@ unsigned char const kNoSubsection = 255;
 
 bool IsCleared(InfoItemSectionId const& id) {
     return static_cast<unsigned int>(id) == kCleared;
+}
+
+// One path step: the first component of `name` after one optional leading
+// "/", and what follows the "/" that ends it. Views, so that a lookup copies
+// no part of the path.
+void SplitStep(std::string_view name, std::string_view& head, std::string_view& rest) {
+    std::size_t const start = !name.empty() && name[0] == SectionId::k_sectionDelim ? 1 : 0;
+    std::size_t const delim =
+        start < name.size() ? name.find(SectionId::k_sectionDelim, start) : std::string_view::npos;
+    if (delim == std::string_view::npos) {
+        head = start < name.size() ? name.substr(start) : std::string_view();
+        rest = std::string_view();
+    } else {
+        head = name.substr(start, delim - start);
+        rest = name.substr(delim + 1);
+    }
+}
+
+// Walks `path` down from `node` one component at a time, with the results of
+// FindNextSectionMapElement_ at each level (-41 empty component, -25 absent,
+// -32 null), but without copying the path or the child pointers: lookups by
+// path are the hot operation of a directory. `children` is the by-name map
+// member, handed over by the caller that may name it. The component is
+// copied into one string per thread, reused, so that a walk allocates nothing
+// once it has seen its longest name; nothing a walk calls starts another.
+template <class Children>
+int WalkPath(SectionMapElement const*& node, std::string_view path, Children children) {
+    thread_local std::string head;
+    while (!path.empty()) {
+        std::string_view component;
+        SplitStep(path, component, path);
+        if (component.empty()) {
+            return kMalformed;
+        }
+        head.assign(component.data(), component.size());
+        auto const& byName = (*node).*children;
+        auto const found = byName.find(head);
+        if (found == byName.end()) {
+            return kNotFound;
+        }
+        if (!found->second) {
+            return kNullElement;
+        }
+        node = found->second.get();
+    }
+    return kOk;
 }
 
 }  // namespace
@@ -235,20 +283,16 @@ int SectionMapElement::AddSection_(SectionId const& sectionId) {
 }
 
 int SectionMapElement::FindSection_(std::string const& name, SectionId& out) const {
-    if (name.empty()) {
-        if (isRoot_) {
-            return kNotFound;
-        }
-        out = sectionId_;
-        return kOk;
-    }
-    std::string rest;
-    std::shared_ptr<SectionMapElement> next;
-    int const result = FindNextSectionMapElement_(name, rest, next);
+    SectionMapElement const* node = this;
+    int const result = WalkPath(node, name, &SectionMapElement::subsectionsByName_);
     if (result < 0) {
         return result;
     }
-    return next->FindSection_(rest, out);
+    if (node->isRoot_) {
+        return kNotFound;
+    }
+    out = node->sectionId_;
+    return kOk;
 }
 
 int SectionMapElement::FindSection_(InfoItemSectionId const& id, SectionId& out) const {
@@ -398,20 +442,16 @@ int SectionMapElement::AddInfo_(std::string const& sectionName, std::string cons
 
 int SectionMapElement::FindInfo_(std::string const& sectionName, std::string const& infoName,
                                  InfoItemSectionId& id) const {
-    if (!sectionName.empty()) {
-        std::string rest;
-        std::shared_ptr<SectionMapElement> next;
-        int const result = FindNextSectionMapElement_(sectionName, rest, next);
-        if (result < 0) {
-            return result;
-        }
-        return next->FindInfo_(rest, infoName, id);
+    SectionMapElement const* node = this;
+    int const result = WalkPath(node, sectionName, &SectionMapElement::subsectionsByName_);
+    if (result < 0) {
+        return result;
     }
-    if (isRoot_) {
+    if (node->isRoot_) {
         return kNotFound;
     }
-    auto const found = infosByName_.find(infoName);
-    if (found == infosByName_.end()) {
+    auto const found = node->infosByName_.find(infoName);
+    if (found == node->infosByName_.end()) {
         return kNotFound;
     }
     id = found->second;

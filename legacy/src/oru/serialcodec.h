@@ -150,13 +150,70 @@ inline typename T::Element GetElement(unsigned char const* in) noexcept {
 // the record is overwritten, not released.
 unsigned char* WriteEnvelope(Record* record, ItemBase const& item, std::uint32_t size);
 
+// While one of these lives, the WriteEnvelope call for this record and Item
+// writes its payload at `at` instead of allocating one, if it needs at most
+// `capacity` bytes: a composite lets each child write straight into its own
+// payload, so that a Serialize allocates once however many children it
+// holds. A null `at` places nothing. The record is cleared when the guard
+// ends if its payload was placed, so that its destructor never frees the
+// borrowed bytes.
+class PlacedEnvelope {
+public:
+    PlacedEnvelope(Record* record, ItemBase const* item, std::uint32_t capacity,
+                   unsigned char* at) noexcept;
+    ~PlacedEnvelope();
+    PlacedEnvelope(PlacedEnvelope const&) = delete;
+    PlacedEnvelope& operator=(PlacedEnvelope const&) = delete;
+
+    // True once the record's payload is the placed one.
+    bool Used() const noexcept { return at_ != nullptr && record_->data == at_; }
+
+    // What WriteEnvelope consults; one slot per thread, nested guards stack.
+    struct Slot {
+        Record const* record;
+        ItemBase const* item;
+        std::uint32_t capacity;
+        unsigned char* at;
+    };
+
+private:
+    Record* record_;
+    unsigned char* at_;
+    Slot saved_;
+};
+
 // The checks every Deserialize begins with: null record -32; id, type or
 // numeric type other than the item's -41; a payload pointer missing for a
-// non-empty size -41.
-int CheckPrologue(ConstRecord const* record, ItemBase const& item) noexcept;
+// non-empty size -41. Inline, with the header fields read in place: it runs
+// once per record read, a composite's children included.
+inline int CheckPrologue(ConstRecord const* record, ItemBase const& item) noexcept {
+    if (!record) {
+        return -32;
+    }
+    if (HostToNet32(record->id) != item.GetId()) {
+        return -41;
+    }
+    if (record->type != static_cast<std::uint8_t>(item.GetType())) {
+        return -41;
+    }
+    if (record->numericType != static_cast<std::uint8_t>(item.GetNumericType())) {
+        return -41;
+    }
+    if (record->data == nullptr && record->dataSize != 0) {
+        return -41;
+    }
+    return 0;
+}
 
 // The prologue and a payload of exactly size bytes.
-int CheckPrologue(ConstRecord const* record, ItemBase const& item, std::uint32_t size) noexcept;
+inline int CheckPrologue(ConstRecord const* record, ItemBase const& item,
+                         std::uint32_t size) noexcept {
+    int const code = CheckPrologue(record, item);
+    if (code != 0) {
+        return code;
+    }
+    return HostToNet32(record->dataSize) == size ? 0 : -41;
+}
 
 // Sequential reads over a payload that never pass its end: a read that would
 // sets the failed flag and answers zeros, so a decoder checks Failed() once.

@@ -247,7 +247,7 @@ int StringItem::Deserialize(ConstSerialStruct_t const* record) {
 
 std::shared_ptr<ResultElem const> StringItem::Validate(
     boost::intrusive_ptr<InfoBase const> const& info) const {
-    auto const stringInfo = Validation::CastInfo<StringInfo>(info);
+    auto const* const stringInfo = Validation::InfoAs<StringInfo>(info);
     if (!stringInfo) {
         return Validation::TypeMismatch(*this, info.get());
     }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <typeinfo>
 
 #include <boost/intrusive_ptr.hpp>
 
@@ -39,6 +40,21 @@ std::shared_ptr<ResultElem const> Illegal(ItemBase const& item, InfoBase const* 
 template <class InfoT>
 boost::intrusive_ptr<InfoT const> CastInfo(boost::intrusive_ptr<InfoBase const> const& info) {
     return boost::intrusive_ptr<InfoT const>(dynamic_cast<InfoT const*>(info.get()));
+}
+
+// The Info as the family's own class, borrowed from the caller's pointer:
+// checks that only read it take no reference. The exact class is recognised
+// without the general cast, since that is the common case of a passing check.
+template <class InfoT>
+InfoT const* InfoAs(boost::intrusive_ptr<InfoBase const> const& info) {
+    InfoBase const* const base = info.get();
+    if (!base) {
+        return nullptr;
+    }
+    if (typeid(*base) == typeid(InfoT)) {
+        return static_cast<InfoT const*>(base);
+    }
+    return dynamic_cast<InfoT const*>(base);
 }
 
 // The stream text of a value in a fresh default stream.
