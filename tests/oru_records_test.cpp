@@ -33,13 +33,18 @@ Sample const kSamples[] = {
     {"NumericSparse:S8", "-7", "-7"},
     {"Enum", "3", "3"},
     {"String", "hello", "hello"},
+    {"StringArray", "3 a b c", "(a, b, c)"},
     {"BoolArray", "3 1 0 1", "(True, False, True)"},
+    {"StringSparse", "hello", "hello"},
     {"Colour", "(0 1 2 255)", "(0 1 2 255)"},
+    {"Coordinate:S32", "-5 7", "(-5,  7)"},
+    {"Rectangle:Float", "1 2 3 4", "(TLC(1,  2),  BRC(3,  4))"},
     {"Orientation", "90 -10 0", "OrientationItem"},
     {"Addr", "camera.local", "camera.local"},
     {"Endpoint", "[::1]:80", "[::1]:80"},
     {"AppEndpoint", "10.0.0.1:80", "10.0.0.1:80 (Unknown)"},
     {"AppEndpointArray", "http://10.0.0.1:80/a", "(http://10.0.0.1:80/a:0)"},
+    {"RectArray:U16", "1 1 2 3 4", "((TLC(1,  2),  BRC(3,  4)))"},
     {"Composite", "Numeric:U16 65", "(65)"},
 };
 

@@ -38,6 +38,14 @@ void AddNumericFamilies(std::vector<Family>& families, char const* family, OruTy
 #undef ORU_TOOL_ADD_FAMILY
 }
 
+// Coordinates and rectangles exist for three element types only.
+template <template <class> class Item>
+void AddGeometryFamilies(std::vector<Family>& families, char const* family, OruType_t type) {
+    families.push_back(NumericFamily<Item, U16Traits>(family, type));
+    families.push_back(NumericFamily<Item, S32Traits>(family, type));
+    families.push_back(NumericFamily<Item, FloatTraits>(family, type));
+}
+
 // Three numbers: bearing, inclination, roll (the family reads no text itself).
 bool ReadOrientation(ItemBase& item, std::vector<std::string> const& values, std::ostream& errors) {
     auto* const orientation = dynamic_cast<OrientationItem*>(&item);
@@ -107,8 +115,12 @@ std::vector<Family> MakeFamilies() {
     AddNumericFamilies<NumericSparseItem>(families, "NumericSparse", OruType_t::NumericSparse);
     families.push_back(Family{"Enum", 5, 0, &MakeItem<EnumItem>, nullptr});
     families.push_back(Family{"String", 6, 0, &MakeItem<StringItem>, nullptr});
+    families.push_back(Family{"StringArray", 7, 0, &MakeItem<StringArrayItem>, nullptr});
     families.push_back(Family{"BoolArray", 8, 0, &MakeItem<BoolArrayItem>, nullptr});
+    families.push_back(Family{"StringSparse", 9, 0, &MakeItem<StringSparseItem>, nullptr});
     families.push_back(Family{"Colour", 128, 0, &MakeItem<ColourItem>, nullptr});
+    AddGeometryFamilies<CoordinateItem>(families, "Coordinate", OruType_t::Coordinate);
+    AddGeometryFamilies<RectItem>(families, "Rectangle", OruType_t::Rectangle);
     families.push_back(Family{"Orientation", 131, 0, &MakeItem<OrientationItem>, nullptr,
                               &ReadOrientation, "bearing inclination roll"});
     families.push_back(Family{"Addr", 134, 0, &MakeItem<AddrItem>, nullptr});
@@ -117,6 +129,7 @@ std::vector<Family> MakeFamilies() {
         Family{"AppEndpoint", 137, 0, &MakeItem<AppEndpointItem>, &MakeInfo<AppEndpointInfo>});
     families.push_back(Family{"AppEndpointArray", 140, 0, &MakeItem<AppEndpointArrayItem>, nullptr,
                               &ReadAppEndpoints, "one URI per VALUE"});
+    families.push_back(NumericFamily<RectArrayItem, U16Traits>("RectArray", OruType_t::RectArray));
     families.push_back(Family{"Composite", 253, 0, &MakeItem<CompositeItem>, nullptr, &ReadChildren,
                               "one child per VALUE: 'FAMILY TEXT'"});
     return families;
