@@ -12,8 +12,8 @@
 #include <legacy/oru/collection.h>
 #include <legacy/oru/colour.h>
 #include <legacy/oru/composite.h>
-#include <legacy/oru/creators.h>
 #include <legacy/oru/coordinate.h>
+#include <legacy/oru/creators.h>
 #include <legacy/oru/enum.h>
 #include <legacy/oru/export.h>
 #include <legacy/oru/extended.h>
