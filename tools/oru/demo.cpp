@@ -1,5 +1,6 @@
 // oru demo: a tour of the model on an embedded sample device. It needs no
 // files and no arguments; everything it shows is made here.
+#include <functional>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
@@ -21,7 +22,28 @@ using namespace Legacy::Oru;
 struct Setting {
     boost::intrusive_ptr<InfoBase> info;
     boost::intrusive_ptr<ItemBase> item;
+    std::string name;  // for a family without an Info class
 };
+
+std::string NameOf(Setting const& setting) {
+    return setting.info ? setting.info->GetName() : setting.name;
+}
+
+// A setting of a family's default Info, with its value read from text as the
+// family reads it.
+template <class InfoT>
+Setting FromText(unsigned int id, char const* name, char const* text,
+                 std::function<void(InfoT&)> const& configure = nullptr) {
+    boost::intrusive_ptr<InfoT> info(new InfoT(id, name, Permission_t(0x0003)));
+    if (configure) {
+        configure(*info);
+    }
+    boost::intrusive_ptr<ItemBase> item(info->CreateItem());
+    std::istringstream in(text);
+    std::ostringstream errors;
+    item->SetValFromStream(in, errors, info);
+    return Setting{info, item, std::string()};
+}
 
 template <class T>
 Setting MakeNumeric(unsigned int id, char const* name, typename T::Element low,
@@ -32,7 +54,7 @@ Setting MakeNumeric(unsigned int id, char const* name, typename T::Element low,
     info->SetDefault(def);
     boost::intrusive_ptr<NumericItem<T>> item(static_cast<NumericItem<T>*>(info->CreateItem()));
     item->SetVal(value);
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
 }
 
 template <class T>
@@ -46,7 +68,7 @@ Setting MakeNumericArray(unsigned int id, char const* name, unsigned long long m
     boost::intrusive_ptr<NumericArrayItem<T>> item(
         static_cast<NumericArrayItem<T>*>(info->CreateItem()));
     item->SetVal(value);
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
 }
 
 Setting MakeString(unsigned int id, char const* name, unsigned long long maxLength, char const* def,
@@ -56,7 +78,7 @@ Setting MakeString(unsigned int id, char const* name, unsigned long long maxLeng
     info->SetDefault(def);
     boost::intrusive_ptr<StringItem> item(static_cast<StringItem*>(info->CreateItem()));
     item->SetVal(value);
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
 }
 
 Setting MakeStringArray(unsigned int id, char const* name, unsigned long long maxSize,
@@ -65,7 +87,7 @@ Setting MakeStringArray(unsigned int id, char const* name, unsigned long long ma
     info->SetMaxSize(maxSize);
     boost::intrusive_ptr<StringArrayItem> item(static_cast<StringArrayItem*>(info->CreateItem()));
     item->SetVal(value);
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
 }
 
 Setting MakeEnum(unsigned int id, char const* name, std::vector<ElemType<int>> const& table,
@@ -75,7 +97,7 @@ Setting MakeEnum(unsigned int id, char const* name, std::vector<ElemType<int>> c
     info->SetDefault(def);
     boost::intrusive_ptr<EnumItem> item(static_cast<EnumItem*>(info->CreateItem()));
     item->SetVal(value, *info);
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
 }
 
 // A composite of the children's Infos, and an Item of their values.
@@ -86,7 +108,7 @@ Setting MakeComposite(unsigned int id, char const* name, std::vector<Setting> co
         info->AddInfo(child.info);
         item->AddItem(child.item);
     }
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
 }
 
 // A colour setting; whole components, since the wire keeps only those.
@@ -97,7 +119,28 @@ Setting MakeColour(unsigned int id, char const* name, Vintor::Colour_t const& de
     info->SetDefault(def);
     boost::intrusive_ptr<ColourItem> item(new ColourItem(id));
     item->SetVal(value);
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
+}
+
+// An orientation: the family has no Info class.
+Setting MakeOrientation(unsigned int id, char const* name, Orientation_t const& value) {
+    boost::intrusive_ptr<OrientationItem> item(new OrientationItem(id));
+    item->Set(value);
+    return Setting{nullptr, item, name};
+}
+
+// A list of application endpoints given as URIs (the family reads no text).
+Setting MakeAppEndpoints(unsigned int id, char const* name, std::vector<char const*> const& uris) {
+    boost::intrusive_ptr<AppEndpointArrayInfo> info(
+        new AppEndpointArrayInfo(id, name, Permission_t(0x0003)));
+    boost::intrusive_ptr<AppEndpointArrayItem> item(
+        static_cast<AppEndpointArrayItem*>(info->CreateItem()));
+    AppEndpointArrayItem::Value_t value;
+    for (char const* uri : uris) {
+        value.push_back(AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri));
+    }
+    item->SetVal(value);
+    return Setting{info, item, std::string()};
 }
 
 // An application endpoint setting whose default and value are given as URIs.
@@ -108,7 +151,7 @@ Setting MakeAppEndpoint(unsigned int id, char const* name, char const* defaultUr
     info->SetDefault(App::FromUri(defaultUri));
     boost::intrusive_ptr<AppEndpointItem> item(static_cast<AppEndpointItem*>(info->CreateItem()));
     item->SetVal(App::FromUri(valueUri));
-    return Setting{info, item};
+    return Setting{info, item, std::string()};
 }
 
 void Heading(std::ostream& out, char const* title) {
@@ -150,6 +193,30 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
                    Vintor::Colour_t(1.0f, 1.0f, 0.0f, 0.0f)),
         MakeAppEndpoint(0x43000001, "Network/ConfigService", "x-zyl-devsoap://0.0.0.0:80",
                         "http://192.168.0.20:8080"),
+        FromText<BoolInfo>(0x41000005, "Video/Mirror", "1"),
+        FromText<BoolArrayInfo>(0x420C0008, "Audio/Input/Mute", "2 0 1",
+                                [](BoolArrayInfo& info) { info.SetMaxSize(4); }),
+        FromText<NumericSparseInfo<U16Traits>>(
+            0x41000006, "Video/Height", "720",
+            [](NumericSparseInfo<U16Traits>& info) {
+                std::vector<unsigned short> table = {480, 720, 1080};
+                info.SetTable(table);
+            }),
+        FromText<StringSparseInfo>(0x40000003, "Device/Language", "en",
+                                   [](StringSparseInfo& info) {
+                                       std::vector<std::string> table = {"en", "de", "fr"};
+                                       info.SetTable(table);
+                                   }),
+        FromText<CoordinateInfo<S32Traits>>(0x41000007, "Video/Origin", "10 -20"),
+        FromText<RectInfo<U16Traits>>(0x41000008, "Video/Crop", "0 0 640 480"),
+        FromText<RectArrayInfo<U16Traits>>(
+            0x41000009, "Video/PrivacyMasks", "1 10 10 50 50",
+            [](RectArrayInfo<U16Traits>& info) { info.SetMaxSize(4); }),
+        MakeOrientation(0x4100000A, "Video/Mounting", Orientation_t{180.0f, 30.0f, 0.0f}),
+        FromText<AddrInfo>(0x43000002, "Network/Gateway", "192.168.0.1"),
+        FromText<EndpointInfo>(0x43000003, "Network/Syslog", "192.168.0.9:514"),
+        MakeAppEndpoints(0x43000004, "Network/Streams",
+                         {"rtsp://192.168.0.20:554/main", "http://192.168.0.20:8080/snapshot"}),
     };
 
     out << "oru demo: the settings of a small sample device\n";
@@ -157,6 +224,10 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
     Heading(out, "Settings (name, type, {item} {info})");
     for (auto const& setting : settings) {
         out << "  ";
+        if (!setting.info) {
+            // Without an Info the line has no name of its own.
+            out << std::left << std::setw(32) << setting.name << std::right << " ";
+        }
         FormattedInfoItemDump(out, setting.info, setting.item);
         out << "\n";
     }
@@ -164,13 +235,17 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
     Heading(out, "Checks of each value against its Info");
     for (auto const& setting : settings) {
         auto const failed = setting.item->Validate(setting.info);
-        out << "  " << std::left << std::setw(22) << setting.info->GetName() << std::right
-            << " value " << setting.item->GetValAsString() << ": ";
+        out << "  " << std::left << std::setw(22) << NameOf(setting) << std::right << " value "
+            << setting.item->GetValAsString() << ": ";
         if (!failed) {
             out << "passed\n";
         } else {
             out << "failed (severity " << static_cast<int>(failed->GetSeverityLevel())
-                << ", bounds " << *setting.info << ")\n";
+                << ", bounds ";
+            if (setting.info) {
+                out << *setting.info;
+            }
+            out << ")\n";
         }
     }
 
@@ -178,14 +253,14 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
     for (auto const& setting : settings) {
         ItemBase::SerialStruct_t record;
         if (setting.item->Serialize(&record) != 0) {
-            err << "oru demo: could not write " << setting.info->GetName() << "\n";
+            err << "oru demo: could not write " << NameOf(setting) << "\n";
             return 1;
         }
         auto const flat = FlatRecord(record);
         ItemBase::ConstSerialStruct_t const view(record);
         boost::intrusive_ptr<ItemBase> back;
         int const code = ItemBase::Deserialize(&view, back);
-        out << "  " << setting.info->GetName() << "\n    " << HexBytes(flat.data(), 10) << " | "
+        out << "  " << NameOf(setting) << "\n    " << HexBytes(flat.data(), 10) << " | "
             << HexBytes(flat.data() + 10, flat.size() - 10) << "\n    reads back as ";
         if (code != 0) {
             out << "error " << code << "\n";
@@ -204,7 +279,7 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         }
         std::string const uri = app->GetVal().ToUri();
         auto const back = AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri);
-        out << "  " << setting.info->GetName() << "\n    URI " << uri << "\n    reads back as "
+        out << "  " << NameOf(setting) << "\n    URI " << uri << "\n    reads back as "
             << back.ToString() << (back == app->GetVal() ? " (equal)" : " (changed)") << "\n";
     }
 
