@@ -322,22 +322,15 @@ std::shared_ptr<ResultElem const> NumericItem<T>::ValidateMax(
 template <class T>
 bool NumericItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                       boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    if (in.eof()) {
+    // No bounds here; the value stays as it was unless a whole number reads.
+    Element read{};
+    if (!ReadTextNumber<T>(in, read)) {
         errors << "Error parsing "
                << "numericItem"
                << "\n";
         return false;
     }
-    typename T::StreamInType read{};
-    in >> read;
-    if (in.fail() || in.bad()) {
-        errors << "Error parsing "
-               << "numericItem"
-               << "\n";
-        return false;
-    }
-    // The 8-bit members keep the low bits, with no range check.
-    value_ = static_cast<Element>(read);
+    value_ = read;
     return true;
 }
 
