@@ -4,6 +4,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "children.h"
 #include "dump.h"
 #include "texts.h"
 
@@ -92,22 +93,6 @@ bool AllPairs(std::vector<Ptr> const& own, std::vector<Ptr> const& other, Test t
         }
     }
     return true;
-}
-
-// "(a, b, c)", the composite's text: the separator goes before every child
-// but the first, a null one included, which prints nothing.
-template <class Ptr>
-std::ostream& WriteChildren(std::ostream& out, std::vector<Ptr> const& children) {
-    out << "(";
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        if (children[i]) {
-            children[i]->operator<<(out);
-        }
-    }
-    return out << ")";
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "children.h"
 #include "dump.h"
 #include "serialcodec.h"
 #include "texts.h"
@@ -35,22 +36,6 @@ public:
 
     bool TooDeep() const noexcept { return t_depth > CompositeItem::k_maxDepth; }
 };
-
-// "(a, b, c)": the separator goes before every child but the first, a null
-// one included, which prints nothing.
-template <class Ptr>
-std::ostream& WriteChildren(std::ostream& out, std::vector<Ptr> const& children) {
-    out << "(";
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        if (children[i]) {
-            children[i]->operator<<(out);
-        }
-    }
-    return out << ")";
-}
 
 // The four header fields of a written record as they stand there: id and
 // size are already in network order.
