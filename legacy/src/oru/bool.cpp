@@ -8,6 +8,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "arraysize.h"
 #include "dump.h"
 #include "numericconv.h"
 #include "serialcodec.h"
@@ -376,13 +377,7 @@ int BoolArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other
     if (!that) {
         return -36;
     }
-    if (that->minSize_ > maxSize_ || that->maxSize_ < minSize_) {
-        return -55;
-    }
-    // The default is left alone, even outside the narrowed range.
-    minSize_ = std::max(minSize_, that->minSize_);
-    maxSize_ = std::min(maxSize_, that->maxSize_);
-    return 0;
+    return ArraySize::Merge(minSize_, maxSize_, that->minSize_, that->maxSize_);
 }
 
 int BoolArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
@@ -395,13 +390,11 @@ int BoolArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sourc
     if (!that) {
         return -26;
     }
-    bool differs =
-        default_ != that->default_ || minSize_ != that->minSize_ || maxSize_ != that->maxSize_;
+    bool differs = default_ != that->default_;
     if (that != this) {
         default_ = that->default_;
-        minSize_ = that->minSize_;
-        maxSize_ = that->maxSize_;
     }
+    differs = ArraySize::Assign(minSize_, maxSize_, that->minSize_, that->maxSize_) || differs;
     if (changed) {
         *changed = differs;
     }
@@ -410,44 +403,29 @@ int BoolArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sourc
 
 void BoolArrayInfo::DumpVal(std::ostream& out) const {
     Dump::InfoHead(out, *this);
-    Dump::Line(out, "minSize: ", minSize_);
-    Dump::Line(out, "maxSize: ", maxSize_);
-    Dump::Line(out, "defaultSize: ", GetDefaultSize());
+    ArraySize::DumpLines(out, minSize_, maxSize_, default_.size());
 }
 
 std::ostream& BoolArrayInfo::operator<<(std::ostream& out) const {
-    return out << "array size: " << minSize_ << " <= " << GetDefaultSize() << " <= " << maxSize_;
+    return ArraySize::Print(out, minSize_, maxSize_, default_.size());
 }
 
 int BoolArrayInfo::SetMinSize(unsigned long long size) {
-    minSize_ = size;
-    if (maxSize_ < size) {
-        maxSize_ = size;
-    }
-    // An empty default stays empty.
-    if (!default_.empty() && default_.size() < size) {
-        default_.resize(static_cast<std::size_t>(size), false);
-    }
+    ArraySize::SetMin(minSize_, maxSize_, default_, size);
     return 0;
 }
 
 int BoolArrayInfo::SetMaxSize(unsigned long long size) {
-    maxSize_ = size;
-    if (minSize_ > size) {
-        minSize_ = size;
-    }
-    if (default_.size() > size) {
-        default_.resize(static_cast<std::size_t>(size));
-    }
+    ArraySize::SetMax(minSize_, maxSize_, default_, size);
     return 0;
 }
 
 int BoolArrayInfo::SetDefault(std::vector<bool> const& value) {
-    if (value.size() < minSize_ || value.size() > maxSize_) {
-        return -37;
+    int const code = ArraySize::CheckDefault(value.size(), minSize_, maxSize_);
+    if (code == 0) {
+        default_ = value;
     }
-    default_ = value;
-    return 0;
+    return code;
 }
 
 // ---- BoolArrayItem ----

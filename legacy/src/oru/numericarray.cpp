@@ -8,6 +8,7 @@
 #include <legacy/oru/rectarray.h>
 #include <legacy/oru/resultelem.h>
 
+#include "arraysize.h"
 #include "dump.h"
 #include "numericconv.h"
 #include "serialcodec.h"
@@ -32,9 +33,8 @@ int AssignFromRectArrayInfo(boost::intrusive_ptr<InfoBase const> const& source,
     if (!from) {
         return -26;
     }
-    bool differs = minSize != 4 * from->GetMinSize() || maxSize != 4 * from->GetMaxSize();
-    minSize = 4 * from->GetMinSize();
-    maxSize = 4 * from->GetMaxSize();
+    bool differs =
+        ArraySize::Assign(minSize, maxSize, 4 * from->GetMinSize(), 4 * from->GetMaxSize());
     if (defaults.size() != 4) {
         defaults.resize(4);
         differs = true;
@@ -154,13 +154,7 @@ int NumericArrayInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const&
     if (!that) {
         return -36;
     }
-    if (that->minSize_ > maxSize_ || that->maxSize_ < minSize_) {
-        return -55;
-    }
-    // Element bounds and default are left alone, the default even outside.
-    minSize_ = std::max(minSize_, that->minSize_);
-    maxSize_ = std::min(maxSize_, that->maxSize_);
-    return 0;
+    return ArraySize::Merge(minSize_, maxSize_, that->minSize_, that->maxSize_);
 }
 
 template <class T>
@@ -194,11 +188,8 @@ int NumericArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const&
             differs = T::IsChanged(default_[i], next) || differs;
             default_[i] = next;
         }
-        unsigned long long const minSize = from->GetMinSize();
-        unsigned long long const maxSize = from->GetMaxSize();
-        differs = differs || minSize_ != minSize || maxSize_ != maxSize;
-        minSize_ = minSize;
-        maxSize_ = maxSize;
+        differs = ArraySize::Assign(minSize_, maxSize_, from->GetMinSize(), from->GetMaxSize()) ||
+                  differs;
         Element const max = ConvertNumber<Element>(from->GetMax());
         Element const min = ConvertNumber<Element>(from->GetMin());
         differs = T::IsChanged(max_, max) || T::IsChanged(min_, min) || differs;
@@ -217,38 +208,23 @@ int NumericArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const&
 template <class T>
 void NumericArrayInfo<T>::DumpVal(std::ostream& out) const {
     Dump::NumericInfoHead(out, *this);
-    Dump::Line(out, "minSize: ", minSize_);
-    Dump::Line(out, "maxSize: ", maxSize_);
-    Dump::Line(out, "defaultSize: ", GetDefaultSize());
+    ArraySize::DumpLines(out, minSize_, maxSize_, default_.size());
 }
 
 template <class T>
 std::ostream& NumericArrayInfo<T>::operator<<(std::ostream& out) const {
-    return out << "array size: " << minSize_ << " <= " << GetDefaultSize() << " <= " << maxSize_;
+    return ArraySize::Print(out, minSize_, maxSize_, default_.size());
 }
 
 template <class T>
 int NumericArrayInfo<T>::SetMinSize(unsigned long long size) {
-    minSize_ = size;
-    if (maxSize_ < size) {
-        maxSize_ = size;
-    }
-    // An empty default stays empty.
-    if (!default_.empty() && default_.size() < size) {
-        default_.resize(size);
-    }
+    ArraySize::SetMin(minSize_, maxSize_, default_, size);
     return 0;
 }
 
 template <class T>
 int NumericArrayInfo<T>::SetMaxSize(unsigned long long size) {
-    maxSize_ = size;
-    if (minSize_ > size) {
-        minSize_ = size;
-    }
-    if (default_.size() > size) {
-        default_.resize(size);
-    }
+    ArraySize::SetMax(minSize_, maxSize_, default_, size);
     return 0;
 }
 
@@ -270,11 +246,11 @@ void NumericArrayInfo<T>::SetMax(Element value) {
 
 template <class T>
 int NumericArrayInfo<T>::SetDefault(std::vector<Element> const& value) {
-    if (value.size() < minSize_ || value.size() > maxSize_) {
-        return -37;
+    int const code = ArraySize::CheckDefault(value.size(), minSize_, maxSize_);
+    if (code == 0) {
+        default_ = value;
     }
-    default_ = value;
-    return 0;
+    return code;
 }
 
 // ---- NumericArrayItem ----

@@ -8,6 +8,7 @@
 #include <legacy/oru/numericarray.h>
 #include <legacy/oru/resultelem.h>
 
+#include "arraysize.h"
 #include "dump.h"
 #include "geometry.h"
 #include "numericconv.h"
@@ -133,9 +134,8 @@ int RectArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& so
         int const bottomRightCode =
             bottomRight_->AssignValue(from->bottomRight_, &bottomRightChanged);
         // The sizes are copied even when a corner failed: no rollback.
-        topLeftChanged = topLeftChanged || minSize_ != from->minSize_ || maxSize_ != from->maxSize_;
-        minSize_ = from->minSize_;
-        maxSize_ = from->maxSize_;
+        topLeftChanged =
+            ArraySize::Assign(minSize_, maxSize_, from->minSize_, from->maxSize_) || topLeftChanged;
         if (topLeftCode < 0) {
             return topLeftCode;
         }
@@ -166,9 +166,8 @@ int RectArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& so
             return;
         }
         code = 0;
-        bool differs = minSize_ != from->GetMinSize() / 4 || maxSize_ != from->GetMaxSize() / 4;
-        minSize_ = from->GetMinSize() / 4;
-        maxSize_ = from->GetMaxSize() / 4;
+        bool differs =
+            ArraySize::Assign(minSize_, maxSize_, from->GetMinSize() / 4, from->GetMaxSize() / 4);
         if (defaults.empty()) {
             if (changed) {
                 *changed = differs;
@@ -217,19 +216,13 @@ std::ostream& RectArrayInfo<T>::operator<<(std::ostream& out) const {
 
 template <class T>
 int RectArrayInfo<T>::SetMinSize(unsigned long long size) {
-    minSize_ = size;
-    if (maxSize_ < size) {
-        maxSize_ = size;
-    }
+    ArraySize::SetMin(minSize_, maxSize_, size);
     return 0;
 }
 
 template <class T>
 int RectArrayInfo<T>::SetMaxSize(unsigned long long size) {
-    maxSize_ = size;
-    if (minSize_ > size) {
-        minSize_ = size;
-    }
+    ArraySize::SetMax(minSize_, maxSize_, size);
     return 0;
 }
 

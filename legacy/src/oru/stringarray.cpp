@@ -11,6 +11,7 @@
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringvalue.h>
 
+#include "arraysize.h"
 #include "dump.h"
 #include "serialcodec.h"
 #include "texts.h"
@@ -139,13 +140,7 @@ int StringArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& oth
     if (!that) {
         return -36;
     }
-    if (that->minSize_ > maxSize_ || that->maxSize_ < minSize_) {
-        return -55;
-    }
-    // The default is left alone, even outside the narrowed range.
-    minSize_ = std::max(minSize_, that->minSize_);
-    maxSize_ = std::min(maxSize_, that->maxSize_);
-    return 0;
+    return ArraySize::Merge(minSize_, maxSize_, that->minSize_, that->maxSize_);
 }
 
 int StringArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
@@ -160,11 +155,7 @@ int StringArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sou
         return -26;
     }
     bool differs = AssignStrings(default_, that->default_);
-    if (minSize_ != that->minSize_ || maxSize_ != that->maxSize_) {
-        minSize_ = that->minSize_;
-        maxSize_ = that->maxSize_;
-        differs = true;
-    }
+    differs = ArraySize::Assign(minSize_, maxSize_, that->minSize_, that->maxSize_) || differs;
     if (changed) {
         *changed = differs;
     }
@@ -173,45 +164,30 @@ int StringArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sou
 
 void StringArrayInfo::DumpVal(std::ostream& out) const {
     Dump::InfoHead(out, *this);
-    Dump::Line(out, "minSize: ", minSize_);
-    Dump::Line(out, "maxSize: ", maxSize_);
-    Dump::Line(out, "defaultSize: ", GetDefaultSize());
+    ArraySize::DumpLines(out, minSize_, maxSize_, default_.size());
 }
 
 std::ostream& StringArrayInfo::operator<<(std::ostream& out) const {
-    return out << "array size: " << minSize_ << " <= " << GetDefaultSize() << " <= " << maxSize_;
+    return ArraySize::Print(out, minSize_, maxSize_, default_.size());
 }
 
 int StringArrayInfo::SetMinSize(unsigned long long size) {
-    minSize_ = size;
-    if (maxSize_ < size) {
-        maxSize_ = size;
-    }
-    // An empty default stays empty.
-    if (!default_.empty() && default_.size() < size) {
-        default_.resize(static_cast<std::size_t>(size));
-    }
+    ArraySize::SetMin(minSize_, maxSize_, default_, size);
     return 0;
 }
 
 int StringArrayInfo::SetMaxSize(unsigned long long size) {
-    maxSize_ = size;
-    if (minSize_ > size) {
-        minSize_ = size;
-    }
-    if (default_.size() > size) {
-        default_.resize(static_cast<std::size_t>(size));
-    }
+    ArraySize::SetMax(minSize_, maxSize_, default_, size);
     return 0;
 }
 
 int StringArrayInfo::SetDefault(std::vector<std::string> const& value) {
     // Only the number of strings is bounded, never their lengths.
-    if (value.size() < minSize_ || value.size() > maxSize_) {
-        return -37;
+    int const code = ArraySize::CheckDefault(value.size(), minSize_, maxSize_);
+    if (code == 0) {
+        default_ = value;
     }
-    default_ = value;
-    return 0;
+    return code;
 }
 
 // ---- StringArrayItem ----
