@@ -11,92 +11,6 @@
 namespace Legacy {
 namespace Oru {
 
-namespace {
-
-// The child-list moves the Info and the Item share, over their pointer type.
-
-template <class Ptr>
-bool Append(std::vector<Ptr>& children, Ptr const& child, std::size_t& index) {
-    if (!child) {
-        return false;
-    }
-    children.push_back(child);
-    index = children.size() - 1;
-    return true;
-}
-
-template <class Ptr>
-bool Replace(std::vector<Ptr>& children, std::size_t index, Ptr const& child) {
-    if (!child || index >= children.size()) {
-        return false;
-    }
-    // The old child goes first, then the new one is stored; held meanwhile in
-    // case the two are one object.
-    Ptr const replacement(child);
-    children[index].reset();
-    children[index] = replacement;
-    return true;
-}
-
-// A null entry is dropped without leaving a gap.
-template <class Ptr>
-void ReplaceAll(std::vector<Ptr>& children, std::vector<Ptr> const& given) {
-    std::vector<Ptr> kept;
-    kept.reserve(given.size());
-    for (Ptr const& child : given) {
-        if (child) {
-            kept.push_back(child);
-        }
-    }
-    children.swap(kept);
-}
-
-// Appends, unlike the non-constant getter; the capacity asked for is this
-// collection's size alone.
-template <class Ptr, class ConstPtr>
-void AppendTo(std::vector<ConstPtr>& out, std::vector<Ptr> const& children) {
-    out.reserve(children.size());
-    for (Ptr const& child : children) {
-        if (child) {
-            out.push_back(child);
-        }
-    }
-}
-
-template <class Ptr>
-Ptr At(std::vector<Ptr> const& children, std::size_t index) {
-    return index < children.size() ? children[index] : Ptr();
-}
-
-// Each non-null child copied by its own DeepCopy under its own id.
-template <class Ptr>
-std::vector<Ptr> DeepCopies(std::vector<Ptr> const& children) {
-    std::vector<Ptr> copies;
-    copies.reserve(children.size());
-    for (Ptr const& child : children) {
-        if (child) {
-            copies.push_back(Ptr(child->DeepCopy()));
-        }
-    }
-    return copies;
-}
-
-// Same size, and the test holds for each pair; a null child fails it.
-template <class Ptr, class Test>
-bool AllPairs(std::vector<Ptr> const& own, std::vector<Ptr> const& other, Test test) {
-    if (own.size() != other.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < own.size(); ++i) {
-        if (!own[i] || !other[i] || !test(own[i], other[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
-}  // namespace
-
 // ---- CollectionInfo ----
 
 CollectionInfo::CollectionInfo(unsigned int const& id, std::string const& name,
@@ -121,7 +35,7 @@ CollectionInfo::~CollectionInfo() {
 InfoBase* CollectionInfo::DeepCopy(unsigned int id, std::string const& name,
                                    Permission_t const& permission) const {
     std::unique_ptr<CollectionInfo> copy(new CollectionInfo(id, name, permission));
-    copy->infos_ = DeepCopies(infos_);
+    copy->infos_ = Children::DeepCopies(infos_);
     return copy.release();
 }
 
@@ -145,7 +59,8 @@ OruType_t CollectionInfo::GetType() const {
 bool CollectionInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
     auto const* const that =
         IsEqualType(other) ? dynamic_cast<CollectionInfo const*>(other.get()) : nullptr;
-    return that && AllPairs(infos_, that->infos_, [](InfoPtr const& own, InfoPtr const& theirs) {
+    return that &&
+           Children::AllPairs(infos_, that->infos_, [](InfoPtr const& own, InfoPtr const& theirs) {
                return own->IsEqualBounds(theirs);
            });
 }
@@ -182,24 +97,24 @@ void CollectionInfo::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& CollectionInfo::operator<<(std::ostream& out) const {
-    return WriteChildren(out, infos_);
+    return Children::Write(out, infos_);
 }
 
 bool CollectionInfo::AddInfo(InfoPtr const& info) {
     std::size_t index = 0;
-    return Append(infos_, info, index);
+    return Children::Append(infos_, info, index);
 }
 
 bool CollectionInfo::AddInfo(InfoPtr const& info, std::size_t& index) {
-    return Append(infos_, info, index);
+    return Children::Append(infos_, info, index);
 }
 
 bool CollectionInfo::SetInfo(std::size_t index, InfoPtr const& info) {
-    return Replace(infos_, index, info);
+    return Children::Replace(infos_, index, info);
 }
 
 void CollectionInfo::SetInfos(std::vector<InfoPtr> const& infos) {
-    ReplaceAll(infos_, infos);
+    Children::ReplaceAll(infos_, infos);
 }
 
 void CollectionInfo::GetInfos(std::vector<InfoPtr>& out) {
@@ -209,15 +124,15 @@ void CollectionInfo::GetInfos(std::vector<InfoPtr>& out) {
 }
 
 void CollectionInfo::GetInfos(std::vector<ConstInfoPtr>& out) const {
-    AppendTo(out, infos_);
+    Children::AppendTo(out, infos_);
 }
 
 CollectionInfo::InfoPtr CollectionInfo::GetInfo(std::size_t index) {
-    return At(infos_, index);
+    return Children::At(infos_, index);
 }
 
 CollectionInfo::ConstInfoPtr CollectionInfo::GetInfo(std::size_t index) const {
-    return At(infos_, index);
+    return Children::At(infos_, index);
 }
 
 void CollectionInfo::Cleanup_() {
@@ -245,7 +160,7 @@ CollectionItem::~CollectionItem() {
 
 ItemBase* CollectionItem::DeepCopy(unsigned int id) const {
     std::unique_ptr<CollectionItem> copy(new CollectionItem(id));
-    copy->items_ = DeepCopies(items_);
+    copy->items_ = Children::DeepCopies(items_);
     return copy.release();
 }
 
@@ -264,7 +179,8 @@ bool CollectionItem::IsEmpty() const {
 bool CollectionItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
     auto const* const that =
         IsEqualType(other) ? dynamic_cast<CollectionItem const*>(other.get()) : nullptr;
-    return that && AllPairs(items_, that->items_, [](ItemPtr const& own, ItemPtr const& theirs) {
+    return that &&
+           Children::AllPairs(items_, that->items_, [](ItemPtr const& own, ItemPtr const& theirs) {
                return own->IsEqualValue(theirs);
            });
 }
@@ -324,24 +240,24 @@ void CollectionItem::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& CollectionItem::operator<<(std::ostream& out) const {
-    return WriteChildren(out, items_);
+    return Children::Write(out, items_);
 }
 
 bool CollectionItem::AddItem(ItemPtr const& item) {
     std::size_t index = 0;
-    return Append(items_, item, index);
+    return Children::Append(items_, item, index);
 }
 
 bool CollectionItem::AddItem(ItemPtr const& item, std::size_t& index) {
-    return Append(items_, item, index);
+    return Children::Append(items_, item, index);
 }
 
 bool CollectionItem::SetItem(std::size_t index, ItemPtr const& item) {
-    return Replace(items_, index, item);
+    return Children::Replace(items_, index, item);
 }
 
 void CollectionItem::SetItems(std::vector<ItemPtr> const& items) {
-    ReplaceAll(items_, items);
+    Children::ReplaceAll(items_, items);
 }
 
 void CollectionItem::GetItems(std::vector<ItemPtr>& out) {
@@ -351,15 +267,15 @@ void CollectionItem::GetItems(std::vector<ItemPtr>& out) {
 }
 
 void CollectionItem::GetItems(std::vector<ConstItemPtr>& out) const {
-    AppendTo(out, items_);
+    Children::AppendTo(out, items_);
 }
 
 CollectionItem::ItemPtr CollectionItem::GetItem(std::size_t index) {
-    return At(items_, index);
+    return Children::At(items_, index);
 }
 
 CollectionItem::ConstItemPtr CollectionItem::GetItem(std::size_t index) const {
-    return At(items_, index);
+    return Children::At(items_, index);
 }
 
 void CollectionItem::Cleanup_() {

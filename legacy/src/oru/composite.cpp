@@ -73,13 +73,7 @@ CompositeInfo::~CompositeInfo() {
 InfoBase* CompositeInfo::DeepCopy(unsigned int id, std::string const& name,
                                   Permission_t const& permission) const {
     std::unique_ptr<CompositeInfo> copy(new CompositeInfo(id, name, permission));
-    copy->infos_.reserve(infos_.size());
-    for (InfoPtr const& child : infos_) {
-        if (child) {
-            // Each child keeps its own identity whatever id the copy gets.
-            copy->infos_.push_back(InfoPtr(child->DeepCopy()));
-        }
-    }
+    copy->infos_ = Children::DeepCopies(infos_);
     return copy.release();
 }
 
@@ -111,15 +105,10 @@ OruType_t CompositeInfo::GetType() const {
 bool CompositeInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
     auto const* const that =
         IsEqualType(other) ? dynamic_cast<CompositeInfo const*>(other.get()) : nullptr;
-    if (!that || that->infos_.size() != infos_.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < infos_.size(); ++i) {
-        if (!infos_[i] || !that->infos_[i] || !infos_[i]->IsEqualBounds(that->infos_[i])) {
-            return false;
-        }
-    }
-    return true;
+    return that &&
+           Children::AllPairs(infos_, that->infos_, [](InfoPtr const& own, InfoPtr const& theirs) {
+               return own->IsEqualBounds(theirs);
+           });
 }
 
 int CompositeInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) {
@@ -154,42 +143,24 @@ void CompositeInfo::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& CompositeInfo::operator<<(std::ostream& out) const {
-    return WriteChildren(out, infos_);
+    return Children::Write(out, infos_);
 }
 
 bool CompositeInfo::AddInfo(InfoPtr const& info) {
     std::size_t index = 0;
-    return AddInfo(info, index);
+    return Children::Append(infos_, info, index);
 }
 
 bool CompositeInfo::AddInfo(InfoPtr const& info, std::size_t& index) {
-    if (!info) {
-        return false;
-    }
-    infos_.push_back(info);
-    index = infos_.size() - 1;
-    return true;
+    return Children::Append(infos_, info, index);
 }
 
 bool CompositeInfo::SetInfo(std::size_t index, InfoPtr const& info) {
-    if (!info || index >= infos_.size()) {
-        return false;
-    }
-    InfoPtr const replacement(info);
-    infos_[index].reset();
-    infos_[index] = replacement;
-    return true;
+    return Children::Replace(infos_, index, info);
 }
 
 void CompositeInfo::SetInfos(std::vector<InfoPtr> const& infos) {
-    std::vector<InfoPtr> kept;
-    kept.reserve(infos.size());
-    for (InfoPtr const& info : infos) {
-        if (info) {
-            kept.push_back(info);
-        }
-    }
-    infos_.swap(kept);
+    Children::ReplaceAll(infos_, infos);
 }
 
 void CompositeInfo::GetInfos(std::vector<InfoPtr>& out) {
@@ -199,22 +170,15 @@ void CompositeInfo::GetInfos(std::vector<InfoPtr>& out) {
 }
 
 void CompositeInfo::GetInfos(std::vector<ConstInfoPtr>& out) const {
-    // Appends, unlike the other overload; the capacity asked for is this
-    // composite's size alone.
-    out.reserve(infos_.size());
-    for (InfoPtr const& info : infos_) {
-        if (info) {
-            out.push_back(info);
-        }
-    }
+    Children::AppendTo(out, infos_);
 }
 
 CompositeInfo::InfoPtr CompositeInfo::GetInfo(std::size_t index) {
-    return index < infos_.size() ? infos_[index] : InfoPtr();
+    return Children::At(infos_, index);
 }
 
 CompositeInfo::ConstInfoPtr CompositeInfo::GetInfo(std::size_t index) const {
-    return index < infos_.size() ? ConstInfoPtr(infos_[index]) : ConstInfoPtr();
+    return Children::At(infos_, index);
 }
 
 void CompositeInfo::Cleanup_() {
@@ -241,12 +205,7 @@ CompositeItem::~CompositeItem() {
 
 ItemBase* CompositeItem::DeepCopy(unsigned int id) const {
     std::unique_ptr<CompositeItem> copy(new CompositeItem(id));
-    copy->items_.reserve(items_.size());
-    for (ItemPtr const& child : items_) {
-        if (child) {
-            copy->items_.push_back(ItemPtr(child->DeepCopy()));
-        }
-    }
+    copy->items_ = Children::DeepCopies(items_);
     return copy.release();
 }
 
@@ -265,15 +224,10 @@ bool CompositeItem::IsEmpty() const {
 bool CompositeItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
     auto const* const that =
         IsEqualType(other) ? dynamic_cast<CompositeItem const*>(other.get()) : nullptr;
-    if (!that || that->items_.size() != items_.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < items_.size(); ++i) {
-        if (!items_[i] || !that->items_[i] || !items_[i]->IsEqualValue(that->items_[i])) {
-            return false;
-        }
-    }
-    return true;
+    return that &&
+           Children::AllPairs(items_, that->items_, [](ItemPtr const& own, ItemPtr const& theirs) {
+               return own->IsEqualValue(theirs);
+           });
 }
 
 int CompositeItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
@@ -458,42 +412,24 @@ void CompositeItem::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& CompositeItem::operator<<(std::ostream& out) const {
-    return WriteChildren(out, items_);
+    return Children::Write(out, items_);
 }
 
 bool CompositeItem::AddItem(ItemPtr const& item) {
     std::size_t index = 0;
-    return AddItem(item, index);
+    return Children::Append(items_, item, index);
 }
 
 bool CompositeItem::AddItem(ItemPtr const& item, std::size_t& index) {
-    if (!item) {
-        return false;
-    }
-    items_.push_back(item);
-    index = items_.size() - 1;
-    return true;
+    return Children::Append(items_, item, index);
 }
 
 bool CompositeItem::SetItem(std::size_t index, ItemPtr const& item) {
-    if (!item || index >= items_.size()) {
-        return false;
-    }
-    ItemPtr const replacement(item);
-    items_[index].reset();
-    items_[index] = replacement;
-    return true;
+    return Children::Replace(items_, index, item);
 }
 
 void CompositeItem::SetItems(std::vector<ItemPtr> const& items) {
-    std::vector<ItemPtr> kept;
-    kept.reserve(items.size());
-    for (ItemPtr const& item : items) {
-        if (item) {
-            kept.push_back(item);
-        }
-    }
-    items_.swap(kept);
+    Children::ReplaceAll(items_, items);
 }
 
 void CompositeItem::GetItems(std::vector<ItemPtr>& out) {
@@ -503,20 +439,15 @@ void CompositeItem::GetItems(std::vector<ItemPtr>& out) {
 }
 
 void CompositeItem::GetItems(std::vector<ConstItemPtr>& out) const {
-    out.reserve(items_.size());
-    for (ItemPtr const& item : items_) {
-        if (item) {
-            out.push_back(item);
-        }
-    }
+    Children::AppendTo(out, items_);
 }
 
 CompositeItem::ItemPtr CompositeItem::GetItem(std::size_t index) {
-    return index < items_.size() ? items_[index] : ItemPtr();
+    return Children::At(items_, index);
 }
 
 CompositeItem::ConstItemPtr CompositeItem::GetItem(std::size_t index) const {
-    return index < items_.size() ? ConstItemPtr(items_[index]) : ConstItemPtr();
+    return Children::At(items_, index);
 }
 
 void CompositeItem::Cleanup_() {
