@@ -107,6 +107,28 @@ bool ReadWord(std::istream& in, std::string& word) {
     return true;
 }
 
+// Reads a record whose payload is the value's text; parse makes the value.
+template <class ItemT, class Parse>
+int DeserializeFromText(ItemT& item, ItemBase::ConstSerialStruct_t const* record, Parse parse) {
+    std::string text;
+    int const code = ReadText(record, item, text);
+    if (code == 0) {
+        item.SetVal(parse(text));
+    }
+    return code;
+}
+
+// Takes one word of the stream as the value; an exhausted stream leaves the
+// value alone and still answers true, as these families always have.
+template <class ItemT, class Parse>
+bool SetFromWord(ItemT& item, std::istream& in, Parse parse) {
+    std::string word;
+    if (ReadWord(in, word)) {
+        item.SetVal(parse(word));
+    }
+    return true;
+}
+
 }  // namespace
 
 // ---- AddrValueInfo ----
@@ -332,21 +354,13 @@ int AddrItem::Serialize(SerialStruct_t* record) const {
 }
 
 int AddrItem::Deserialize(ConstSerialStruct_t const* record) {
-    std::string text;
-    int const code = ReadText(record, *this, text);
-    if (code == 0) {
-        SetVal(Net::AddrStr(text));
-    }
-    return code;
+    return DeserializeFromText(*this, record,
+                               [](std::string const& text) { return Net::AddrStr(text); });
 }
 
 bool AddrItem::SetValFromStream(std::istream& in, std::ostream& /*errors*/,
                                 boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    std::string word;
-    if (ReadWord(in, word)) {
-        SetVal(Net::AddrStr(word));
-    }
-    return true;
+    return SetFromWord(*this, in, [](std::string const& word) { return Net::AddrStr(word); });
 }
 
 // ---- EndpointInfo, EndpointItem ----
@@ -376,21 +390,14 @@ int EndpointItem::Serialize(SerialStruct_t* record) const {
 }
 
 int EndpointItem::Deserialize(ConstSerialStruct_t const* record) {
-    std::string text;
-    int const code = ReadText(record, *this, text);
-    if (code == 0) {
-        SetVal(EndpointStr::FromString(text));
-    }
-    return code;
+    return DeserializeFromText(
+        *this, record, [](std::string const& text) { return EndpointStr::FromString(text); });
 }
 
 bool EndpointItem::SetValFromStream(std::istream& in, std::ostream& /*errors*/,
                                     boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    std::string word;
-    if (ReadWord(in, word)) {
-        SetVal(EndpointStr::FromString(word));
-    }
-    return true;
+    return SetFromWord(*this, in,
+                       [](std::string const& word) { return EndpointStr::FromString(word); });
 }
 
 // ---- AppEndpointInfo, AppEndpointItem ----
@@ -459,12 +466,10 @@ bool AppEndpointItem::SetValFromStream(std::istream& in, std::ostream& /*errors*
     if (!appInfo) {
         return false;
     }
-    std::string word;
-    if (ReadWord(in, word)) {
-        SetVal(AppEndpointStr(appInfo->GetDefault().GetAppProtocolInfo(),
-                              EndpointStr::FromString(word), 0));
-    }
-    return true;
+    return SetFromWord(*this, in, [appInfo](std::string const& word) {
+        return AppEndpointStr(appInfo->GetDefault().GetAppProtocolInfo(),
+                              EndpointStr::FromString(word), 0);
+    });
 }
 
 // ---- AppEndpointArrayInfo ----
