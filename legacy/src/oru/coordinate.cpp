@@ -17,49 +17,8 @@ namespace Oru {
 
 namespace {
 
-// AssignValue of two Info parts: both are always assigned, the first negative
-// code wins, and `changed` is written only on success.
-template <class Part>
-int AssignInfoParts(Part const& first, Part const& second,
-                    boost::intrusive_ptr<InfoBase const> const& sourceFirst,
-                    boost::intrusive_ptr<InfoBase const> const& sourceSecond, bool* changed) {
-    bool firstChanged = false;
-    bool secondChanged = false;
-    int const firstCode = first->AssignValue(sourceFirst, &firstChanged);
-    int const secondCode = second->AssignValue(sourceSecond, &secondChanged);
-    if (firstCode < 0) {
-        return firstCode;
-    }
-    if (secondCode < 0) {
-        return secondCode;
-    }
-    if (changed) {
-        *changed = firstChanged || secondChanged;
-    }
-    return 0;
-}
-
-// AssignArrayValue of two Item parts with index 0: both are always assigned,
-// and any failing part answers -26, whatever its own code.
-template <class Part>
-int AssignItemParts(Part const& first, Part const& second,
-                    boost::intrusive_ptr<ItemBase const> const& sourceFirst,
-                    boost::intrusive_ptr<ItemBase const> const& sourceSecond, bool* changed) {
-    bool firstChanged = false;
-    bool secondChanged = false;
-    int const firstCode = first->AssignArrayValue(sourceFirst, 0, &firstChanged);
-    int const secondCode = second->AssignArrayValue(sourceSecond, 0, &secondChanged);
-    if (firstCode < 0 || secondCode < 0) {
-        return -26;
-    }
-    if (changed) {
-        *changed = firstChanged || secondChanged;
-    }
-    return 0;
-}
-
 // Plain differences wrap in the integer members (without undefined behaviour
-// in S32); float adds its 1.0f as told.
+// in S32); float adds its 1.0f the same way.
 template <class E>
 E SpanOf(E low, E high) {
     if constexpr (std::is_integral<E>::value) {
@@ -147,12 +106,7 @@ int CoordinateInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& o
     if (!that) {
         return -36;
     }
-    // No rollback: x stays merged when y fails.
-    int const code = x_->MergeBounds(that->x_);
-    if (code < 0) {
-        return code;
-    }
-    return y_->MergeBounds(that->y_);
+    return MergePartBounds(x_, y_, that->x_, that->y_);
 }
 
 template <class T>
@@ -269,11 +223,7 @@ int RectInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) 
     if (!that) {
         return -36;
     }
-    int const code = topLeft_->MergeBounds(that->topLeft_);
-    if (code < 0) {
-        return code;
-    }
-    return bottomRight_->MergeBounds(that->bottomRight_);
+    return MergePartBounds(topLeft_, bottomRight_, that->topLeft_, that->bottomRight_);
 }
 
 template <class T>
@@ -297,11 +247,7 @@ int RectInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
 template <class T>
 void RectInfo<T>::DumpVal(std::ostream& out) const {
     Dump::NumericInfoHead(out, *this);
-    out << "topLeft: ";
-    topLeft_->operator<<(out) << std::endl;
-    // "topRight" names the bottom right corner: readers of the dump match it.
-    out << "topRight: ";
-    bottomRight_->operator<<(out) << std::endl;
+    DumpCorners(out, *topLeft_, *bottomRight_);
 }
 
 template <class T>

@@ -110,11 +110,7 @@ int RectArrayInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& ot
     if (!that) {
         return -36;
     }
-    int const code = topLeft_->MergeBounds(that->topLeft_);
-    if (code < 0) {
-        return code;
-    }
-    return bottomRight_->MergeBounds(that->bottomRight_);
+    return MergePartBounds(topLeft_, bottomRight_, that->topLeft_, that->bottomRight_);
 }
 
 template <class T>
@@ -128,22 +124,17 @@ int RectArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& so
         if (!from) {
             return -26;
         }
-        bool topLeftChanged = false;
-        bool bottomRightChanged = false;
-        int const topLeftCode = topLeft_->AssignValue(from->topLeft_, &topLeftChanged);
-        int const bottomRightCode =
-            bottomRight_->AssignValue(from->bottomRight_, &bottomRightChanged);
+        bool cornersChanged = false;
+        int const code = AssignInfoParts(topLeft_, bottomRight_, from->topLeft_, from->bottomRight_,
+                                         &cornersChanged);
         // The sizes are copied even when a corner failed: no rollback.
-        topLeftChanged =
-            ArraySize::Assign(minSize_, maxSize_, from->minSize_, from->maxSize_) || topLeftChanged;
-        if (topLeftCode < 0) {
-            return topLeftCode;
-        }
-        if (bottomRightCode < 0) {
-            return bottomRightCode;
+        bool const sizesChanged =
+            ArraySize::Assign(minSize_, maxSize_, from->minSize_, from->maxSize_);
+        if (code < 0) {
+            return code;
         }
         if (changed) {
-            *changed = topLeftChanged || bottomRightChanged;
+            *changed = cornersChanged || sizesChanged;
         }
         return 0;
     }
@@ -200,11 +191,7 @@ void RectArrayInfo<T>::DumpVal(std::ostream& out) const {
     Dump::NumericInfoHead(out, *this);
     Dump::Line(out, "minSize: ", minSize_);
     Dump::Line(out, "maxSize: ", maxSize_);
-    out << "topLeft: ";
-    topLeft_->operator<<(out) << std::endl;
-    // "topRight" names the bottom right corner: readers of the dump match it.
-    out << "topRight: ";
-    bottomRight_->operator<<(out) << std::endl;
+    DumpCorners(out, *topLeft_, *bottomRight_);
 }
 
 template <class T>
