@@ -482,19 +482,9 @@ AppEndpointArrayInfo::AppEndpointArrayInfo(unsigned int const& id, std::string c
                                            Permission_t const& permission)
     : InfoBase(id, name, permission), minSize_(0), maxSize_(k_initialMaxSize), default_() {}
 
-AppEndpointArrayInfo::AppEndpointArrayInfo(AppEndpointArrayInfo const& other)
-    : InfoBase(other),
-      minSize_(other.minSize_),
-      maxSize_(other.maxSize_),
-      default_(other.default_) {}
+AppEndpointArrayInfo::AppEndpointArrayInfo(AppEndpointArrayInfo const& other) = default;
 
-AppEndpointArrayInfo& AppEndpointArrayInfo::operator=(AppEndpointArrayInfo const& other) {
-    InfoBase::operator=(other);
-    minSize_ = other.minSize_;
-    maxSize_ = other.maxSize_;
-    default_ = other.default_;
-    return *this;
-}
+AppEndpointArrayInfo& AppEndpointArrayInfo::operator=(AppEndpointArrayInfo const& other) = default;
 
 AppEndpointArrayInfo::~AppEndpointArrayInfo() = default;
 
@@ -600,14 +590,9 @@ int AppEndpointArrayInfo::SetMaxSize(std::size_t size) {
 
 AppEndpointArrayItem::AppEndpointArrayItem(unsigned int id) : ItemBase(id), value_() {}
 
-AppEndpointArrayItem::AppEndpointArrayItem(AppEndpointArrayItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+AppEndpointArrayItem::AppEndpointArrayItem(AppEndpointArrayItem const& other) = default;
 
-AppEndpointArrayItem& AppEndpointArrayItem::operator=(AppEndpointArrayItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+AppEndpointArrayItem& AppEndpointArrayItem::operator=(AppEndpointArrayItem const& other) = default;
 
 AppEndpointArrayItem::~AppEndpointArrayItem() = default;
 

@@ -74,15 +74,9 @@ int ReadNumberAsFlag(ItemBase const& source, unsigned int index, bool& out) {
 BoolInfo::BoolInfo(unsigned int const& id, std::string const& name, Permission_t const& permission)
     : InfoBase(id, name, permission), fixed_(false), default_(false) {}
 
-BoolInfo::BoolInfo(BoolInfo const& other)
-    : InfoBase(other), fixed_(other.fixed_), default_(other.default_) {}
+BoolInfo::BoolInfo(BoolInfo const& other) = default;
 
-BoolInfo& BoolInfo::operator=(BoolInfo const& other) {
-    InfoBase::operator=(other);
-    fixed_ = other.fixed_;
-    default_ = other.default_;
-    return *this;
-}
+BoolInfo& BoolInfo::operator=(BoolInfo const& other) = default;
 
 BoolInfo::~BoolInfo() = default;
 
@@ -164,13 +158,9 @@ std::ostream& BoolInfo::operator<<(std::ostream& out) const {
 
 BoolItem::BoolItem(unsigned int id) : ItemBase(id), value_(false) {}
 
-BoolItem::BoolItem(BoolItem const& other) : ItemBase(other), value_(other.value_) {}
+BoolItem::BoolItem(BoolItem const& other) = default;
 
-BoolItem& BoolItem::operator=(BoolItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+BoolItem& BoolItem::operator=(BoolItem const& other) = default;
 
 BoolItem* BoolItem::Create(unsigned int id, bool const& value) {
     auto* const item = new BoolItem(id);
@@ -324,19 +314,9 @@ BoolArrayInfo::BoolArrayInfo(unsigned int const& id, std::string const& name,
                              Permission_t const& permission)
     : InfoBase(id, name, permission), minSize_(0), maxSize_(0) {}
 
-BoolArrayInfo::BoolArrayInfo(BoolArrayInfo const& other)
-    : InfoBase(other),
-      minSize_(other.minSize_),
-      maxSize_(other.maxSize_),
-      default_(other.default_) {}
+BoolArrayInfo::BoolArrayInfo(BoolArrayInfo const& other) = default;
 
-BoolArrayInfo& BoolArrayInfo::operator=(BoolArrayInfo const& other) {
-    InfoBase::operator=(other);
-    minSize_ = other.minSize_;
-    maxSize_ = other.maxSize_;
-    default_ = other.default_;
-    return *this;
-}
+BoolArrayInfo& BoolArrayInfo::operator=(BoolArrayInfo const& other) = default;
 
 BoolArrayInfo::~BoolArrayInfo() = default;
 
@@ -432,13 +412,9 @@ int BoolArrayInfo::SetDefault(std::vector<bool> const& value) {
 
 BoolArrayItem::BoolArrayItem(unsigned int id) : ItemBase(id) {}
 
-BoolArrayItem::BoolArrayItem(BoolArrayItem const& other) : ItemBase(other), value_(other.value_) {}
+BoolArrayItem::BoolArrayItem(BoolArrayItem const& other) = default;
 
-BoolArrayItem& BoolArrayItem::operator=(BoolArrayItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+BoolArrayItem& BoolArrayItem::operator=(BoolArrayItem const& other) = default;
 
 BoolArrayItem* BoolArrayItem::Create(unsigned int id, std::vector<bool> const& value) {
     auto* const item = new BoolArrayItem(id);

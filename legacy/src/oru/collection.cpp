@@ -17,16 +17,9 @@ CollectionInfo::CollectionInfo(unsigned int const& id, std::string const& name,
                                Permission_t const& permission)
     : InfoBase(id, name, permission) {}
 
-CollectionInfo::CollectionInfo(CollectionInfo const& other)
-    : InfoBase(other), infos_(other.infos_) {}
+CollectionInfo::CollectionInfo(CollectionInfo const& other) = default;
 
-CollectionInfo& CollectionInfo::operator=(CollectionInfo const& other) {
-    InfoBase::operator=(other);
-    if (this != &other) {
-        infos_ = other.infos_;
-    }
-    return *this;
-}
+CollectionInfo& CollectionInfo::operator=(CollectionInfo const& other) = default;
 
 CollectionInfo::~CollectionInfo() {
     Cleanup_();
@@ -143,16 +136,9 @@ void CollectionInfo::Cleanup_() {
 
 CollectionItem::CollectionItem(unsigned int id) : ItemBase(id) {}
 
-CollectionItem::CollectionItem(CollectionItem const& other)
-    : ItemBase(other), items_(other.items_) {}
+CollectionItem::CollectionItem(CollectionItem const& other) = default;
 
-CollectionItem& CollectionItem::operator=(CollectionItem const& other) {
-    ItemBase::operator=(other);
-    if (this != &other) {
-        items_ = other.items_;
-    }
-    return *this;
-}
+CollectionItem& CollectionItem::operator=(CollectionItem const& other) = default;
 
 CollectionItem::~CollectionItem() {
     Cleanup_();

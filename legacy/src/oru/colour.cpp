@@ -60,16 +60,9 @@ ColourInfo::ColourInfo(unsigned int const& id, std::string const& name,
                        Permission_t const& permission)
     : InfoBase(id, name, permission) {}
 
-ColourInfo::ColourInfo(ColourInfo const& other)
-    : InfoBase(other), min_(other.min_), max_(other.max_), default_(other.default_) {}
+ColourInfo::ColourInfo(ColourInfo const& other) = default;
 
-ColourInfo& ColourInfo::operator=(ColourInfo const& other) {
-    InfoBase::operator=(other);
-    min_ = other.min_;
-    max_ = other.max_;
-    default_ = other.default_;
-    return *this;
-}
+ColourInfo& ColourInfo::operator=(ColourInfo const& other) = default;
 
 ColourInfo::~ColourInfo() = default;
 
@@ -163,13 +156,9 @@ unsigned int ColourInfo::GetDefaultARGB() const noexcept {
 
 ColourItem::ColourItem(unsigned int id) : ItemBase(id) {}
 
-ColourItem::ColourItem(ColourItem const& other) : ItemBase(other), value_(other.value_) {}
+ColourItem::ColourItem(ColourItem const& other) = default;
 
-ColourItem& ColourItem::operator=(ColourItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+ColourItem& ColourItem::operator=(ColourItem const& other) = default;
 
 ColourItem::~ColourItem() = default;
 
@@ -306,14 +295,9 @@ unsigned int ColourItem::GetARGB() const noexcept {
 
 OrientationItem::OrientationItem(unsigned int id) : ItemBase(id) {}
 
-OrientationItem::OrientationItem(OrientationItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+OrientationItem::OrientationItem(OrientationItem const& other) = default;
 
-OrientationItem& OrientationItem::operator=(OrientationItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+OrientationItem& OrientationItem::operator=(OrientationItem const& other) = default;
 
 OrientationItem::~OrientationItem() = default;
 

@@ -56,15 +56,9 @@ CompositeInfo::CompositeInfo(unsigned int const& id, std::string const& name,
                              Permission_t const& permission)
     : InfoBase(id, name, permission) {}
 
-CompositeInfo::CompositeInfo(CompositeInfo const& other) : InfoBase(other), infos_(other.infos_) {}
+CompositeInfo::CompositeInfo(CompositeInfo const& other) = default;
 
-CompositeInfo& CompositeInfo::operator=(CompositeInfo const& other) {
-    InfoBase::operator=(other);
-    if (this != &other) {
-        infos_ = other.infos_;
-    }
-    return *this;
-}
+CompositeInfo& CompositeInfo::operator=(CompositeInfo const& other) = default;
 
 CompositeInfo::~CompositeInfo() {
     Cleanup_();
@@ -189,15 +183,9 @@ void CompositeInfo::Cleanup_() {
 
 CompositeItem::CompositeItem(unsigned int id) : ItemBase(id) {}
 
-CompositeItem::CompositeItem(CompositeItem const& other) : ItemBase(other), items_(other.items_) {}
+CompositeItem::CompositeItem(CompositeItem const& other) = default;
 
-CompositeItem& CompositeItem::operator=(CompositeItem const& other) {
-    ItemBase::operator=(other);
-    if (this != &other) {
-        items_ = other.items_;
-    }
-    return *this;
-}
+CompositeItem& CompositeItem::operator=(CompositeItem const& other) = default;
 
 CompositeItem::~CompositeItem() {
     Cleanup_();

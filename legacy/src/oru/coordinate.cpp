@@ -41,16 +41,10 @@ CoordinateInfo<T>::CoordinateInfo(unsigned int const& id, std::string const& nam
       y_(new NumericInfo<T>(0, std::string(), permission)) {}
 
 template <class T>
-CoordinateInfo<T>::CoordinateInfo(CoordinateInfo const& other)
-    : InfoBase(other), x_(other.x_), y_(other.y_) {}
+CoordinateInfo<T>::CoordinateInfo(CoordinateInfo const& other) = default;
 
 template <class T>
-CoordinateInfo<T>& CoordinateInfo<T>::operator=(CoordinateInfo const& other) {
-    InfoBase::operator=(other);
-    x_ = other.x_;
-    y_ = other.y_;
-    return *this;
-}
+CoordinateInfo<T>& CoordinateInfo<T>::operator=(CoordinateInfo const& other) = default;
 
 template <class T>
 CoordinateInfo<T>::~CoordinateInfo() = default;
@@ -155,16 +149,10 @@ RectInfo<T>::RectInfo(unsigned int const& id, std::string const& name,
       bottomRight_(new CoordinateInfo<T>(0, std::string(), permission)) {}
 
 template <class T>
-RectInfo<T>::RectInfo(RectInfo const& other)
-    : InfoBase(other), topLeft_(other.topLeft_), bottomRight_(other.bottomRight_) {}
+RectInfo<T>::RectInfo(RectInfo const& other) = default;
 
 template <class T>
-RectInfo<T>& RectInfo<T>::operator=(RectInfo const& other) {
-    InfoBase::operator=(other);
-    topLeft_ = other.topLeft_;
-    bottomRight_ = other.bottomRight_;
-    return *this;
-}
+RectInfo<T>& RectInfo<T>::operator=(RectInfo const& other) = default;
 
 template <class T>
 RectInfo<T>::~RectInfo() = default;
@@ -264,16 +252,10 @@ CoordinateItem<T>::CoordinateItem(unsigned int id)
     : ItemBase(id), x_(new NumericItem<T>(0)), y_(new NumericItem<T>(0)) {}
 
 template <class T>
-CoordinateItem<T>::CoordinateItem(CoordinateItem const& other)
-    : ItemBase(other), x_(other.x_), y_(other.y_) {}
+CoordinateItem<T>::CoordinateItem(CoordinateItem const& other) = default;
 
 template <class T>
-CoordinateItem<T>& CoordinateItem<T>::operator=(CoordinateItem const& other) {
-    ItemBase::operator=(other);
-    x_ = other.x_;
-    y_ = other.y_;
-    return *this;
-}
+CoordinateItem<T>& CoordinateItem<T>::operator=(CoordinateItem const& other) = default;
 
 template <class T>
 CoordinateItem<T>::~CoordinateItem() = default;
@@ -417,16 +399,10 @@ RectItem<T>::RectItem(unsigned int id)
     : ItemBase(id), topLeft_(new CoordinateItem<T>(0)), bottomRight_(new CoordinateItem<T>(0)) {}
 
 template <class T>
-RectItem<T>::RectItem(RectItem const& other)
-    : ItemBase(other), topLeft_(other.topLeft_), bottomRight_(other.bottomRight_) {}
+RectItem<T>::RectItem(RectItem const& other) = default;
 
 template <class T>
-RectItem<T>& RectItem<T>::operator=(RectItem const& other) {
-    ItemBase::operator=(other);
-    topLeft_ = other.topLeft_;
-    bottomRight_ = other.bottomRight_;
-    return *this;
-}
+RectItem<T>& RectItem<T>::operator=(RectItem const& other) = default;
 
 template <class T>
 RectItem<T>::~RectItem() = default;

@@ -30,19 +30,9 @@ EnumInfo::EnumInfo(unsigned int const& id, std::string const& name, Permission_t
                    bool localized)
     : InfoBase(id, name, permission), default_(0), localized_(localized) {}
 
-EnumInfo::EnumInfo(EnumInfo const& other)
-    : InfoBase(other),
-      table_(other.table_),
-      default_(other.default_),
-      localized_(other.localized_) {}
+EnumInfo::EnumInfo(EnumInfo const& other) = default;
 
-EnumInfo& EnumInfo::operator=(EnumInfo const& other) {
-    InfoBase::operator=(other);
-    table_ = other.table_;
-    default_ = other.default_;
-    localized_ = other.localized_;
-    return *this;
-}
+EnumInfo& EnumInfo::operator=(EnumInfo const& other) = default;
 
 EnumInfo::~EnumInfo() = default;
 
@@ -267,13 +257,9 @@ bool EnumInfo::Find(std::string const& name, Table::const_iterator& it) const {
 
 EnumItem::EnumItem(unsigned int id) : ItemBase(id), value_(0) {}
 
-EnumItem::EnumItem(EnumItem const& other) : ItemBase(other), value_(other.value_) {}
+EnumItem::EnumItem(EnumItem const& other) = default;
 
-EnumItem& EnumItem::operator=(EnumItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+EnumItem& EnumItem::operator=(EnumItem const& other) = default;
 
 EnumItem* EnumItem::Create(unsigned int id, int const& value) {
     auto* const item = new EnumItem(id);

@@ -16,13 +16,9 @@ ExtendedInfo::ExtendedInfo(unsigned int const& id, std::string const& name,
                            Permission_t const& permission)
     : InfoBase(id, name, permission) {}
 
-ExtendedInfo::ExtendedInfo(ExtendedInfo const& other) : InfoBase(other), default_(other.default_) {}
+ExtendedInfo::ExtendedInfo(ExtendedInfo const& other) = default;
 
-ExtendedInfo& ExtendedInfo::operator=(ExtendedInfo const& other) {
-    InfoBase::operator=(other);
-    default_ = other.default_;
-    return *this;
-}
+ExtendedInfo& ExtendedInfo::operator=(ExtendedInfo const& other) = default;
 
 ExtendedInfo::~ExtendedInfo() = default;
 
@@ -96,13 +92,9 @@ int ExtendedInfo::SetDefault(Pair const& value) {
 
 ExtendedItem::ExtendedItem(unsigned int id) : ItemBase(id) {}
 
-ExtendedItem::ExtendedItem(ExtendedItem const& other) : ItemBase(other), value_(other.value_) {}
+ExtendedItem::ExtendedItem(ExtendedItem const& other) = default;
 
-ExtendedItem& ExtendedItem::operator=(ExtendedItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+ExtendedItem& ExtendedItem::operator=(ExtendedItem const& other) = default;
 
 ExtendedItem* ExtendedItem::Create(unsigned int id, Pair const& value) {
     auto* const item = new ExtendedItem(id);

@@ -25,14 +25,9 @@ LocalizedStringInfo::LocalizedStringInfo(unsigned int const& id, std::string con
                                          Permission_t const& permission)
     : InfoBase(id, name, permission) {}
 
-LocalizedStringInfo::LocalizedStringInfo(LocalizedStringInfo const& other)
-    : InfoBase(other), default_(other.default_) {}
+LocalizedStringInfo::LocalizedStringInfo(LocalizedStringInfo const& other) = default;
 
-LocalizedStringInfo& LocalizedStringInfo::operator=(LocalizedStringInfo const& other) {
-    InfoBase::operator=(other);
-    default_ = other.default_;
-    return *this;
-}
+LocalizedStringInfo& LocalizedStringInfo::operator=(LocalizedStringInfo const& other) = default;
 
 LocalizedStringInfo::~LocalizedStringInfo() = default;
 
@@ -107,14 +102,9 @@ std::ostream& LocalizedStringInfo::operator<<(std::ostream& out) const {
 
 LocalizedStringItem::LocalizedStringItem(unsigned int id) : ItemBase(id) {}
 
-LocalizedStringItem::LocalizedStringItem(LocalizedStringItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+LocalizedStringItem::LocalizedStringItem(LocalizedStringItem const& other) = default;
 
-LocalizedStringItem& LocalizedStringItem::operator=(LocalizedStringItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+LocalizedStringItem& LocalizedStringItem::operator=(LocalizedStringItem const& other) = default;
 
 LocalizedStringItem::~LocalizedStringItem() = default;
 

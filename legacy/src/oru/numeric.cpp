@@ -21,17 +21,10 @@ NumericInfo<T>::NumericInfo(unsigned int const& id, std::string const& name,
     : InfoBase(id, name, permission), default_(0), max_(T::Highest()), min_(T::Lowest()) {}
 
 template <class T>
-NumericInfo<T>::NumericInfo(NumericInfo const& other)
-    : InfoBase(other), default_(other.default_), max_(other.max_), min_(other.min_) {}
+NumericInfo<T>::NumericInfo(NumericInfo const& other) = default;
 
 template <class T>
-NumericInfo<T>& NumericInfo<T>::operator=(NumericInfo const& other) {
-    InfoBase::operator=(other);
-    default_ = other.default_;
-    max_ = other.max_;
-    min_ = other.min_;
-    return *this;
-}
+NumericInfo<T>& NumericInfo<T>::operator=(NumericInfo const& other) = default;
 
 template <class T>
 NumericInfo<T>::~NumericInfo() = default;
@@ -183,14 +176,10 @@ template <class T>
 NumericItem<T>::NumericItem(unsigned int id) : ItemBase(id), value_(0) {}
 
 template <class T>
-NumericItem<T>::NumericItem(NumericItem const& other) : ItemBase(other), value_(other.value_) {}
+NumericItem<T>::NumericItem(NumericItem const& other) = default;
 
 template <class T>
-NumericItem<T>& NumericItem<T>::operator=(NumericItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+NumericItem<T>& NumericItem<T>::operator=(NumericItem const& other) = default;
 
 template <class T>
 NumericItem<T>* NumericItem<T>::Create(unsigned int id, Element const& value) {

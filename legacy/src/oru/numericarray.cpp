@@ -79,24 +79,10 @@ NumericArrayInfo<T>::NumericArrayInfo(unsigned int const& id, std::string const&
       default_() {}
 
 template <class T>
-NumericArrayInfo<T>::NumericArrayInfo(NumericArrayInfo const& other)
-    : InfoBase(other),
-      minSize_(other.minSize_),
-      maxSize_(other.maxSize_),
-      max_(other.max_),
-      min_(other.min_),
-      default_(other.default_) {}
+NumericArrayInfo<T>::NumericArrayInfo(NumericArrayInfo const& other) = default;
 
 template <class T>
-NumericArrayInfo<T>& NumericArrayInfo<T>::operator=(NumericArrayInfo const& other) {
-    InfoBase::operator=(other);
-    minSize_ = other.minSize_;
-    maxSize_ = other.maxSize_;
-    max_ = other.max_;
-    min_ = other.min_;
-    default_ = other.default_;
-    return *this;
-}
+NumericArrayInfo<T>& NumericArrayInfo<T>::operator=(NumericArrayInfo const& other) = default;
 
 template <class T>
 NumericArrayInfo<T>::~NumericArrayInfo() = default;
@@ -259,15 +245,10 @@ template <class T>
 NumericArrayItem<T>::NumericArrayItem(unsigned int id) : ItemBase(id), value_() {}
 
 template <class T>
-NumericArrayItem<T>::NumericArrayItem(NumericArrayItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+NumericArrayItem<T>::NumericArrayItem(NumericArrayItem const& other) = default;
 
 template <class T>
-NumericArrayItem<T>& NumericArrayItem<T>::operator=(NumericArrayItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+NumericArrayItem<T>& NumericArrayItem<T>::operator=(NumericArrayItem const& other) = default;
 
 template <class T>
 NumericArrayItem<T>::~NumericArrayItem() = default;

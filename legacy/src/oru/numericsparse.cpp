@@ -22,16 +22,10 @@ NumericSparseInfo<T>::NumericSparseInfo(unsigned int const& id, std::string cons
     : InfoBase(id, name, permission), table_(), default_(0) {}
 
 template <class T>
-NumericSparseInfo<T>::NumericSparseInfo(NumericSparseInfo const& other)
-    : InfoBase(other), table_(other.table_), default_(other.default_) {}
+NumericSparseInfo<T>::NumericSparseInfo(NumericSparseInfo const& other) = default;
 
 template <class T>
-NumericSparseInfo<T>& NumericSparseInfo<T>::operator=(NumericSparseInfo const& other) {
-    InfoBase::operator=(other);
-    table_ = other.table_;
-    default_ = other.default_;
-    return *this;
-}
+NumericSparseInfo<T>& NumericSparseInfo<T>::operator=(NumericSparseInfo const& other) = default;
 
 template <class T>
 NumericSparseInfo<T>::~NumericSparseInfo() = default;
@@ -179,15 +173,10 @@ template <class T>
 NumericSparseItem<T>::NumericSparseItem(unsigned int id) : ItemBase(id), value_(0) {}
 
 template <class T>
-NumericSparseItem<T>::NumericSparseItem(NumericSparseItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+NumericSparseItem<T>::NumericSparseItem(NumericSparseItem const& other) = default;
 
 template <class T>
-NumericSparseItem<T>& NumericSparseItem<T>::operator=(NumericSparseItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+NumericSparseItem<T>& NumericSparseItem<T>::operator=(NumericSparseItem const& other) = default;
 
 template <class T>
 NumericSparseItem<T>* NumericSparseItem<T>::Create(unsigned int id, Element const& value) {

@@ -38,22 +38,10 @@ RectArrayInfo<T>::RectArrayInfo(unsigned int const& id, std::string const& name,
       bottomRight_(new CoordinateInfo<T>(0, std::string(), permission)) {}
 
 template <class T>
-RectArrayInfo<T>::RectArrayInfo(RectArrayInfo const& other)
-    : InfoBase(other),
-      minSize_(other.minSize_),
-      maxSize_(other.maxSize_),
-      topLeft_(other.topLeft_),
-      bottomRight_(other.bottomRight_) {}
+RectArrayInfo<T>::RectArrayInfo(RectArrayInfo const& other) = default;
 
 template <class T>
-RectArrayInfo<T>& RectArrayInfo<T>::operator=(RectArrayInfo const& other) {
-    InfoBase::operator=(other);
-    minSize_ = other.minSize_;
-    maxSize_ = other.maxSize_;
-    topLeft_ = other.topLeft_;
-    bottomRight_ = other.bottomRight_;
-    return *this;
-}
+RectArrayInfo<T>& RectArrayInfo<T>::operator=(RectArrayInfo const& other) = default;
 
 template <class T>
 RectArrayInfo<T>::~RectArrayInfo() = default;
@@ -219,15 +207,10 @@ template <class T>
 RectArrayItem<T>::RectArrayItem(unsigned int id) : ItemBase(id), value_() {}
 
 template <class T>
-RectArrayItem<T>::RectArrayItem(RectArrayItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+RectArrayItem<T>::RectArrayItem(RectArrayItem const& other) = default;
 
 template <class T>
-RectArrayItem<T>& RectArrayItem<T>::operator=(RectArrayItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+RectArrayItem<T>& RectArrayItem<T>::operator=(RectArrayItem const& other) = default;
 
 template <class T>
 RectArrayItem<T>::~RectArrayItem() = default;

@@ -87,19 +87,9 @@ StringArrayInfo::StringArrayInfo(unsigned int const& id, std::string const& name
                                  Permission_t const& permission)
     : InfoBase(id, name, permission), minSize_(0), maxSize_(0) {}
 
-StringArrayInfo::StringArrayInfo(StringArrayInfo const& other)
-    : InfoBase(other),
-      minSize_(other.minSize_),
-      maxSize_(other.maxSize_),
-      default_(other.default_) {}
+StringArrayInfo::StringArrayInfo(StringArrayInfo const& other) = default;
 
-StringArrayInfo& StringArrayInfo::operator=(StringArrayInfo const& other) {
-    InfoBase::operator=(other);
-    minSize_ = other.minSize_;
-    maxSize_ = other.maxSize_;
-    default_ = other.default_;
-    return *this;
-}
+StringArrayInfo& StringArrayInfo::operator=(StringArrayInfo const& other) = default;
 
 StringArrayInfo::~StringArrayInfo() = default;
 
@@ -194,14 +184,9 @@ int StringArrayInfo::SetDefault(std::vector<std::string> const& value) {
 
 StringArrayItem::StringArrayItem(unsigned int id) : ItemBase(id) {}
 
-StringArrayItem::StringArrayItem(StringArrayItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+StringArrayItem::StringArrayItem(StringArrayItem const& other) = default;
 
-StringArrayItem& StringArrayItem::operator=(StringArrayItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+StringArrayItem& StringArrayItem::operator=(StringArrayItem const& other) = default;
 
 StringArrayItem* StringArrayItem::Create(unsigned int id, std::vector<std::string> const& value) {
     auto* const item = new StringArrayItem(id);
@@ -402,15 +387,9 @@ StringSparseInfo::StringSparseInfo(unsigned int const& id, std::string const& na
                                    Permission_t const& permission)
     : InfoBase(id, name, permission) {}
 
-StringSparseInfo::StringSparseInfo(StringSparseInfo const& other)
-    : InfoBase(other), table_(other.table_), default_(other.default_) {}
+StringSparseInfo::StringSparseInfo(StringSparseInfo const& other) = default;
 
-StringSparseInfo& StringSparseInfo::operator=(StringSparseInfo const& other) {
-    InfoBase::operator=(other);
-    table_ = other.table_;
-    default_ = other.default_;
-    return *this;
-}
+StringSparseInfo& StringSparseInfo::operator=(StringSparseInfo const& other) = default;
 
 StringSparseInfo::~StringSparseInfo() = default;
 
@@ -508,14 +487,9 @@ int StringSparseInfo::SetDefault(std::string value) {
 
 StringSparseItem::StringSparseItem(unsigned int id) : ItemBase(id) {}
 
-StringSparseItem::StringSparseItem(StringSparseItem const& other)
-    : ItemBase(other), value_(other.value_) {}
+StringSparseItem::StringSparseItem(StringSparseItem const& other) = default;
 
-StringSparseItem& StringSparseItem::operator=(StringSparseItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+StringSparseItem& StringSparseItem::operator=(StringSparseItem const& other) = default;
 
 StringSparseItem* StringSparseItem::Create(unsigned int id, std::string const& value) {
     auto* const item = new StringSparseItem(id);

@@ -23,15 +23,9 @@ StringInfo::StringInfo(unsigned int const& id, std::string const& name,
                        Permission_t const& permission)
     : InfoBase(id, name, permission), maxLength_(256) {}
 
-StringInfo::StringInfo(StringInfo const& other)
-    : InfoBase(other), default_(other.default_), maxLength_(other.maxLength_) {}
+StringInfo::StringInfo(StringInfo const& other) = default;
 
-StringInfo& StringInfo::operator=(StringInfo const& other) {
-    InfoBase::operator=(other);
-    default_ = other.default_;
-    maxLength_ = other.maxLength_;
-    return *this;
-}
+StringInfo& StringInfo::operator=(StringInfo const& other) = default;
 
 StringInfo::~StringInfo() = default;
 
@@ -128,13 +122,9 @@ int StringInfo::SetDefault(std::string const& text) {
 
 StringItem::StringItem(unsigned int id) : ItemBase(id) {}
 
-StringItem::StringItem(StringItem const& other) : ItemBase(other), value_(other.value_) {}
+StringItem::StringItem(StringItem const& other) = default;
 
-StringItem& StringItem::operator=(StringItem const& other) {
-    ItemBase::operator=(other);
-    value_ = other.value_;
-    return *this;
-}
+StringItem& StringItem::operator=(StringItem const& other) = default;
 
 StringItem* StringItem::Create(unsigned int id, std::string const& value) {
     auto* const item = new StringItem(id);
