@@ -8,6 +8,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
+#include "family.h"
 #include "serialcodec.h"
 #include "texts.h"
 
@@ -199,9 +200,7 @@ int AddrValueInfo<Derived, ItemT, V>::AssignValue(
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == Derived::GetTypeStatic()
-                                 ? dynamic_cast<AddrValueInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<AddrValueInfo>(source, Derived::GetTypeStatic());
     if (!that) {
         return -26;
     }
@@ -272,8 +271,7 @@ OruType_t AddrValueItem<Derived, InfoT, V>::GetType() const {
 template <class Derived, class InfoT, class V>
 bool AddrValueItem<Derived, InfoT, V>::IsEqualValue(
     boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<AddrValueItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<AddrValueItem>(*this, other);
     return that && that->value_ == value_;
 }
 
@@ -283,9 +281,7 @@ int AddrValueItem<Derived, InfoT, V>::AssignArrayValue(
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == Derived::GetTypeStatic()
-                                 ? dynamic_cast<AddrValueItem const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<AddrValueItem>(source, Derived::GetTypeStatic());
     if (!that) {
         return -26;
     }
@@ -528,9 +524,7 @@ int AppEndpointArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == GetTypeStatic()
-                                 ? dynamic_cast<AppEndpointArrayInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<AppEndpointArrayInfo>(source, GetTypeStatic());
     if (!that) {
         return -26;
     }
@@ -615,8 +609,7 @@ bool AppEndpointArrayItem::IsEmpty() const {
 }
 
 bool AppEndpointArrayItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<AppEndpointArrayItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<AppEndpointArrayItem>(*this, other);
     return that && that->value_ == value_;
 }
 

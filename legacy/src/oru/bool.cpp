@@ -10,6 +10,7 @@
 
 #include "arraysize.h"
 #include "dump.h"
+#include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
 #include "texts.h"
@@ -105,14 +106,12 @@ OruType_t BoolInfo::GetType() const {
 }
 
 bool BoolInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<BoolInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<BoolInfo>(*this, other);
     return that && that->fixed_ == fixed_;
 }
 
 int BoolInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<BoolInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<BoolInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -125,9 +124,7 @@ int BoolInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bo
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::Bool
-                                 ? dynamic_cast<BoolInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<BoolInfo>(source, OruType_t::Bool);
     if (!that) {
         return -26;
     }
@@ -183,8 +180,7 @@ OruType_t BoolItem::GetType() const {
 }
 
 bool BoolItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<BoolItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<BoolItem>(*this, other);
     return that && that->value_ == value_;
 }
 
@@ -346,14 +342,12 @@ OruType_t BoolArrayInfo::GetType() const {
 }
 
 bool BoolArrayInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<BoolArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<BoolArrayInfo>(*this, other);
     return that && that->minSize_ == minSize_ && that->maxSize_ == maxSize_;
 }
 
 int BoolArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<BoolArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<BoolArrayInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -364,9 +358,7 @@ int BoolArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sourc
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::BoolArray
-                                 ? dynamic_cast<BoolArrayInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<BoolArrayInfo>(source, OruType_t::BoolArray);
     if (!that) {
         return -26;
     }
@@ -441,8 +433,7 @@ bool BoolArrayItem::IsEmpty() const {
 }
 
 bool BoolArrayItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<BoolArrayItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<BoolArrayItem>(*this, other);
     return that && that->value_ == value_;
 }
 

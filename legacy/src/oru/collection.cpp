@@ -6,6 +6,7 @@
 
 #include "children.h"
 #include "dump.h"
+#include "family.h"
 #include "texts.h"
 
 namespace Legacy {
@@ -50,8 +51,7 @@ OruType_t CollectionInfo::GetType() const {
 }
 
 bool CollectionInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<CollectionInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<CollectionInfo>(*this, other);
     return that &&
            Children::AllPairs(infos_, that->infos_, [](InfoPtr const& own, InfoPtr const& theirs) {
                return own->IsEqualBounds(theirs);
@@ -68,9 +68,7 @@ int CollectionInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sour
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::Collection
-                                 ? dynamic_cast<CollectionInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<CollectionInfo>(source, OruType_t::Collection);
     if (!that) {
         return -26;
     }
@@ -163,8 +161,7 @@ bool CollectionItem::IsEmpty() const {
 }
 
 bool CollectionItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<CollectionItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<CollectionItem>(*this, other);
     return that &&
            Children::AllPairs(items_, that->items_, [](ItemPtr const& own, ItemPtr const& theirs) {
                return own->IsEqualValue(theirs);
@@ -176,9 +173,7 @@ int CollectionItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const&
     if (!source) {
         return -31;
     }
-    auto const* const from = source->GetType() == OruType_t::Collection
-                                 ? dynamic_cast<CollectionItem const*>(source.get())
-                                 : nullptr;
+    auto const* const from = OfType<CollectionItem>(source, OruType_t::Collection);
     if (!from) {
         return -26;
     }

@@ -8,6 +8,7 @@
 #include <legacy/oru/traits.h>
 
 #include "dump.h"
+#include "family.h"
 #include "serialcodec.h"
 #include "texts.h"
 
@@ -107,9 +108,7 @@ int ColourInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, 
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::Colour
-                                 ? dynamic_cast<ColourInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<ColourInfo>(source, OruType_t::Colour);
     if (!that) {
         return -26;
     }
@@ -182,8 +181,7 @@ bool ColourItem::IsEqualVal_(Vintor::Colour_t const& other) const noexcept {
 }
 
 bool ColourItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<ColourItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<ColourItem>(*this, other);
     return that && IsEqualVal_(that->value_);
 }
 
@@ -192,9 +190,7 @@ int ColourItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& sou
     if (!source) {
         return -31;
     }
-    auto const* const from = source->GetType() == OruType_t::Colour
-                                 ? dynamic_cast<ColourItem const*>(source.get())
-                                 : nullptr;
+    auto const* const from = OfType<ColourItem>(source, OruType_t::Colour);
     if (!from) {
         return -26;
     }
@@ -321,8 +317,7 @@ bool OrientationItem::IsEqualVal_(Orientation_t const& other) const noexcept {
 }
 
 bool OrientationItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<OrientationItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<OrientationItem>(*this, other);
     return that && IsEqualVal_(that->value_);
 }
 
@@ -331,9 +326,7 @@ int OrientationItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const
     if (!source) {
         return -31;
     }
-    auto const* const from = source->GetType() == OruType_t::Orientation
-                                 ? dynamic_cast<OrientationItem const*>(source.get())
-                                 : nullptr;
+    auto const* const from = OfType<OrientationItem>(source, OruType_t::Orientation);
     if (!from) {
         return -26;
     }

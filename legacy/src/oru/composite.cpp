@@ -10,6 +10,7 @@
 
 #include "children.h"
 #include "dump.h"
+#include "family.h"
 #include "serialcodec.h"
 #include "texts.h"
 #include "validation.h"
@@ -97,8 +98,7 @@ OruType_t CompositeInfo::GetType() const {
 }
 
 bool CompositeInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<CompositeInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<CompositeInfo>(*this, other);
     return that &&
            Children::AllPairs(infos_, that->infos_, [](InfoPtr const& own, InfoPtr const& theirs) {
                return own->IsEqualBounds(theirs);
@@ -115,9 +115,7 @@ int CompositeInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sourc
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::Composite
-                                 ? dynamic_cast<CompositeInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<CompositeInfo>(source, OruType_t::Composite);
     if (!that) {
         return -26;
     }
@@ -210,8 +208,7 @@ bool CompositeItem::IsEmpty() const {
 }
 
 bool CompositeItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<CompositeItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<CompositeItem>(*this, other);
     return that &&
            Children::AllPairs(items_, that->items_, [](ItemPtr const& own, ItemPtr const& theirs) {
                return own->IsEqualValue(theirs);
@@ -228,9 +225,7 @@ int CompositeItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& 
     }
     // Held here so that clearing the own children cannot end the source.
     ConstItemPtr const keep(source);
-    auto const* const from = keep->GetType() == OruType_t::Composite
-                                 ? dynamic_cast<CompositeItem const*>(keep.get())
-                                 : nullptr;
+    auto const* const from = OfType<CompositeItem>(keep, OruType_t::Composite);
     if (!from) {
         return -26;
     }
@@ -346,9 +341,8 @@ int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
 
 std::shared_ptr<ResultElem const> CompositeItem::Validate(
     boost::intrusive_ptr<InfoBase const> const& info) const {
-    auto const* const compositeInfo = info && info->GetType() == OruType_t::Composite
-                                          ? dynamic_cast<CompositeInfo const*>(info.get())
-                                          : nullptr;
+    auto const* const compositeInfo =
+        info ? OfType<CompositeInfo>(info, OruType_t::Composite) : nullptr;
     if (!compositeInfo) {
         return Validation::TypeMismatch(*this, info.get());
     }

@@ -7,6 +7,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
+#include "family.h"
 #include "geometry.h"
 #include "serialcodec.h"
 #include "texts.h"
@@ -88,15 +89,13 @@ NumericType_t CoordinateInfo<T>::GetNumericType() const {
 
 template <class T>
 bool CoordinateInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<CoordinateInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<CoordinateInfo>(*this, other);
     return that && x_->IsEqualBounds(that->x_) && y_->IsEqualBounds(that->y_);
 }
 
 template <class T>
 int CoordinateInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<CoordinateInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<CoordinateInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -198,16 +197,14 @@ NumericType_t RectInfo<T>::GetNumericType() const {
 
 template <class T>
 bool RectInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<RectInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<RectInfo>(*this, other);
     return that && topLeft_->IsEqualBounds(that->topLeft_) &&
            bottomRight_->IsEqualBounds(that->bottomRight_);
 }
 
 template <class T>
 int RectInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<RectInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<RectInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -285,8 +282,7 @@ NumericType_t CoordinateItem<T>::GetNumericType() const {
 
 template <class T>
 bool CoordinateItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<CoordinateItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<CoordinateItem>(*this, other);
     return that && x_->IsEqualValue(that->x_) && y_->IsEqualValue(that->y_);
 }
 
@@ -432,8 +428,7 @@ NumericType_t RectItem<T>::GetNumericType() const {
 
 template <class T>
 bool RectItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<RectItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<RectItem>(*this, other);
     return that && topLeft_->IsEqualValue(that->topLeft_) &&
            bottomRight_->IsEqualValue(that->bottomRight_);
 }

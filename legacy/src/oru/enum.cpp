@@ -8,6 +8,7 @@
 #include <legacy/oru/traits.h>
 
 #include "dump.h"
+#include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
 #include "texts.h"
@@ -76,9 +77,7 @@ int EnumInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bo
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::Enum
-                                 ? dynamic_cast<EnumInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<EnumInfo>(source, OruType_t::Enum);
     if (!that) {
         return -26;
     }
@@ -282,8 +281,7 @@ OruType_t EnumItem::GetType() const {
 }
 
 bool EnumItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<EnumItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<EnumItem>(*this, other);
     return that && that->value_ == value_;
 }
 

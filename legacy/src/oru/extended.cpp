@@ -5,6 +5,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
+#include "family.h"
 #include "validation.h"
 
 namespace Legacy {
@@ -59,9 +60,7 @@ int ExtendedInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::Extended
-                                 ? dynamic_cast<ExtendedInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<ExtendedInfo>(source, OruType_t::Extended);
     if (!that) {
         return -26;
     }
@@ -122,8 +121,7 @@ bool ExtendedItem::IsEmpty() const {
 }
 
 bool ExtendedItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<ExtendedItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<ExtendedItem>(*this, other);
     return that && that->value_ == value_;
 }
 
@@ -132,20 +130,11 @@ int ExtendedItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& s
     if (!source) {
         return -31;
     }
-    auto const* const from = source->GetType() == OruType_t::Extended
-                                 ? dynamic_cast<ExtendedItem const*>(source.get())
-                                 : nullptr;
+    auto const* const from = OfType<ExtendedItem>(source, OruType_t::Extended);
     if (!from) {
         return -26;
     }
-    bool const differs = value_ != from->value_;
-    if (differs) {
-        value_ = from->value_;
-    }
-    if (changed) {
-        *changed = differs;
-    }
-    return 0;
+    return TakeValue(value_, from->value_, changed);
 }
 
 unsigned int ExtendedItem::GetSerialDataSize() const {

@@ -5,6 +5,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
+#include "family.h"
 
 namespace Legacy {
 namespace Oru {
@@ -72,9 +73,7 @@ int LocalizedStringInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const&
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::LocalizedString
-                                 ? dynamic_cast<LocalizedStringInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<LocalizedStringInfo>(source, OruType_t::LocalizedString);
     if (!that) {
         return -26;
     }
@@ -123,8 +122,7 @@ OruType_t LocalizedStringItem::GetType() const {
 }
 
 bool LocalizedStringItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<LocalizedStringItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<LocalizedStringItem>(*this, other);
     return that && that->value_ == value_;
 }
 
@@ -133,20 +131,11 @@ int LocalizedStringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> c
     if (!source) {
         return -31;
     }
-    auto const* const from = source->GetType() == OruType_t::LocalizedString
-                                 ? dynamic_cast<LocalizedStringItem const*>(source.get())
-                                 : nullptr;
+    auto const* const from = OfType<LocalizedStringItem>(source, OruType_t::LocalizedString);
     if (!from) {
         return -26;
     }
-    bool const differs = value_ != from->value_;
-    if (differs) {
-        value_ = from->value_;
-    }
-    if (changed) {
-        *changed = differs;
-    }
-    return 0;
+    return TakeValue(value_, from->value_, changed);
 }
 
 unsigned int LocalizedStringItem::GetSerialDataSize() const {

@@ -6,6 +6,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
+#include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
 #include "validation.h"
@@ -76,8 +77,7 @@ bool NumericInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& o
 
 template <class T>
 int NumericInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<NumericInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<NumericInfo>(*this, other);
     if (!that) {
         return -36;
     }

@@ -10,6 +10,7 @@
 
 #include "arraysize.h"
 #include "dump.h"
+#include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
 #include "texts.h"
@@ -128,15 +129,13 @@ NumericType_t NumericArrayInfo<T>::GetNumericType() const {
 
 template <class T>
 bool NumericArrayInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<NumericArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<NumericArrayInfo>(*this, other);
     return that && minSize_ == that->minSize_ && maxSize_ == that->maxSize_;
 }
 
 template <class T>
 int NumericArrayInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<NumericArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<NumericArrayInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -282,8 +281,7 @@ bool NumericArrayItem<T>::IsEmpty() const {
 
 template <class T>
 bool NumericArrayItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<NumericArrayItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<NumericArrayItem>(*this, other);
     if (!that || that->value_.size() != value_.size()) {
         return false;
     }

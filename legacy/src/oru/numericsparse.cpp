@@ -6,6 +6,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "dump.h"
+#include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
 #include "texts.h"
@@ -210,8 +211,7 @@ NumericType_t NumericSparseItem<T>::GetNumericType() const {
 
 template <class T>
 bool NumericSparseItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<NumericSparseItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<NumericSparseItem>(*this, other);
     return that && T::IsEqual(value_, that->value_);
 }
 

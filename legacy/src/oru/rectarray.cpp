@@ -10,6 +10,7 @@
 
 #include "arraysize.h"
 #include "dump.h"
+#include "family.h"
 #include "geometry.h"
 #include "numericconv.h"
 #include "serialcodec.h"
@@ -85,16 +86,14 @@ NumericType_t RectArrayInfo<T>::GetNumericType() const {
 
 template <class T>
 bool RectArrayInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<RectArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<RectArrayInfo>(*this, other);
     return that && topLeft_->IsEqualBounds(that->topLeft_) &&
            bottomRight_->IsEqualBounds(that->bottomRight_);
 }
 
 template <class T>
 int RectArrayInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<RectArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<RectArrayInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -246,8 +245,7 @@ bool RectArrayItem<T>::IsEmpty() const {
 
 template <class T>
 bool RectArrayItem<T>::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<RectArrayItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<RectArrayItem>(*this, other);
     if (!that || that->value_.size() != value_.size()) {
         return false;
     }

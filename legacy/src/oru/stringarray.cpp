@@ -13,6 +13,7 @@
 
 #include "arraysize.h"
 #include "dump.h"
+#include "family.h"
 #include "serialcodec.h"
 #include "texts.h"
 #include "validation.h"
@@ -119,14 +120,12 @@ OruType_t StringArrayInfo::GetType() const {
 }
 
 bool StringArrayInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<StringArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<StringArrayInfo>(*this, other);
     return that && that->minSize_ == minSize_ && that->maxSize_ == maxSize_;
 }
 
 int StringArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<StringArrayInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<StringArrayInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -138,9 +137,7 @@ int StringArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& sou
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::StringArray
-                                 ? dynamic_cast<StringArrayInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<StringArrayInfo>(source, OruType_t::StringArray);
     if (!that) {
         return -26;
     }
@@ -213,8 +210,7 @@ bool StringArrayItem::IsEmpty() const {
 }
 
 bool StringArrayItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<StringArrayItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<StringArrayItem>(*this, other);
     return that && that->value_ == value_;
 }
 
@@ -434,9 +430,7 @@ int StringSparseInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& so
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::StringSparse
-                                 ? dynamic_cast<StringSparseInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<StringSparseInfo>(source, OruType_t::StringSparse);
     if (!that) {
         return -26;
     }
@@ -516,8 +510,7 @@ bool StringSparseItem::IsEqualVal_(std::string value) const {
 }
 
 bool StringSparseItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<StringSparseItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<StringSparseItem>(*this, other);
     return that && IsEqualVal_(that->value_);
 }
 
@@ -526,21 +519,12 @@ int StringSparseItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> cons
     if (!source) {
         return -31;
     }
-    auto const* const from = source->GetType() == OruType_t::StringSparse
-                                 ? dynamic_cast<StringSparseItem const*>(source.get())
-                                 : nullptr;
+    auto const* const from = OfType<StringSparseItem>(source, OruType_t::StringSparse);
     if (!from) {
         return -26;
     }
     // The table is not consulted: the source is trusted to hold a fitting value.
-    bool const differs = value_ != from->value_;
-    if (differs) {
-        value_ = from->value_;
-    }
-    if (changed) {
-        *changed = differs;
-    }
-    return 0;
+    return TakeValue(value_, from->value_, changed);
 }
 
 unsigned int StringSparseItem::GetSerialDataSize() const {

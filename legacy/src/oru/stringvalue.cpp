@@ -10,6 +10,7 @@
 #include <legacy/oru/stringarray.h>
 
 #include "dump.h"
+#include "family.h"
 #include "serialcodec.h"
 #include "texts.h"
 #include "validation.h"
@@ -54,14 +55,12 @@ OruType_t StringInfo::GetType() const {
 }
 
 bool StringInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<StringInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<StringInfo>(*this, other);
     return that && that->maxLength_ == maxLength_;
 }
 
 int StringInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<StringInfo const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<StringInfo>(*this, other);
     if (!that) {
         return -36;
     }
@@ -76,9 +75,7 @@ int StringInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, 
     if (!source) {
         return -31;
     }
-    auto const* const that = source->GetType() == OruType_t::String
-                                 ? dynamic_cast<StringInfo const*>(source.get())
-                                 : nullptr;
+    auto const* const that = OfType<StringInfo>(source, OruType_t::String);
     if (!that) {
         return -26;
     }
@@ -151,8 +148,7 @@ bool StringItem::IsEmpty() const {
 }
 
 bool StringItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) const {
-    auto const* const that =
-        IsEqualType(other) ? dynamic_cast<StringItem const*>(other.get()) : nullptr;
+    auto const* const that = SameFamily<StringItem>(*this, other);
     return that && that->value_ == value_;
 }
 
