@@ -5,7 +5,7 @@ SAN_BUILD ?= build-sanitize
 PREFIX ?= /usr/local
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test test-sanitize test-tsan bench fuzz fuzz-seeds install format clean
+.PHONY: all deps build demo test test-sanitize test-tsan bench fuzz fuzz-coverage fuzz-seeds install format clean
 
 all: build
 
@@ -60,6 +60,31 @@ fuzz: deps
 		grep -E 'stat::number_of_executed_units|cov:' build-fuzz/$$t.log | tail -2; \
 	done
 
+# Which lines of the libraries the fuzz corpora reach: every input of the
+# corpora under FUZZ_CORPUS_ROOTS is run once under clang's source coverage.
+# Each library and program writes its own profile (%m), merged afterwards.
+FUZZ_CORPUS_ROOTS ?= fuzz/corpus build-fuzz/corpus
+COV := build-fuzzcov
+COV_FLAGS := -fprofile-instr-generate -fcoverage-mapping
+fuzz-coverage: deps
+	cmake -S . -B $(COV) -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+		-DORU_BUILD_FUZZ=ON -DORU_BUILD_TESTS=OFF -DORU_BUILD_TOOLS=OFF \
+		-DCMAKE_CXX_FLAGS="$(COV_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(COV_FLAGS)" \
+		-DCMAKE_SHARED_LINKER_FLAGS="$(COV_FLAGS)" $(CMAKE_FLAGS)
+	cmake --build $(COV) -j $(JOBS)
+	rm -f $(COV)/*.profraw
+	@for t in $(FUZZ_TARGETS); do \
+		dirs=$$(for r in $(FUZZ_CORPUS_ROOTS); do [ -d $$r/$$t ] && echo $$r/$$t; done); \
+		LLVM_PROFILE_FILE=$(COV)/$$t-%m.profraw ./$(COV)/fuzz/$$t -runs=0 $$dirs \
+			2>$(COV)/$$t.log || { tail -20 $(COV)/$$t.log; exit 1; }; \
+		grep -E '^#[0-9]+.*DONE' $(COV)/$$t.log | sed "s/^/$$t: /"; \
+	done
+	llvm-profdata merge -sparse -o $(COV)/fuzz.profdata $(COV)/*.profraw
+	llvm-cov report -instr-profile=$(COV)/fuzz.profdata $(COV)/fuzz/deserialize \
+		$(foreach t,$(filter-out deserialize,$(FUZZ_TARGETS)),-object $(COV)/fuzz/$(t)) \
+		-object $(COV)/legacy/liboru.so -object $(COV)/lanpath/liblanpath.so \
+		-object $(COV)/vintor/libvintor.so legacy/src lanpath/src vintor/src
+
 # Seeds for the fuzzers, made by the program from every family it can encode.
 fuzz-seeds: build
 	./fuzz/make-seeds $(BUILD)/tools/oru fuzz/corpus
@@ -71,4 +96,4 @@ format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(SAN_BUILD) build-bench build-fuzz build-tsan compile_commands.json
+	rm -rf $(BUILD) $(SAN_BUILD) build-bench build-fuzz build-fuzzcov build-tsan compile_commands.json
