@@ -225,6 +225,33 @@ TEST(CompositeItemTest, RecordsAreWalkedByTheChildsOwnSize) {
     auto const record = MakeRecord(1, 0xFD, 0, payload);
     ASSERT_EQ(item.Deserialize(&record), 0);
     EXPECT_EQ(item.GetValAsString(), "(a, False)");
+
+    // A string table writes 9 payload bytes but says 32 of itself: the writer
+    // packs the next child behind the 9, the reader looks for it behind the
+    // 32 and finds the zeros that pad the record, so such a record does not
+    // read back. Last in line, the table reads back.
+    CompositeItem tableFirst(7);
+    tableFirst.AddItem(ItemPtr(StringSparseItem::Create(2, "on")));
+    tableFirst.AddItem(ItemPtr(BoolItem::Create(3, true)));
+    ItemBase::SerialStruct_t written;
+    ASSERT_EQ(tableFirst.Serialize(&written), 0);
+    ASSERT_EQ(written.GetDataSize(), 2u + 10 + 32 + 10 + 1);
+    Bytes const bytes(written.GetData(), written.GetData() + written.GetDataSize());
+    EXPECT_EQ(bytes[2 + 10 + 9 + 8], 0x01);  // the flag's type byte, behind the 9
+    EXPECT_EQ(Bytes(bytes.begin() + 32, bytes.end()), Bytes(23, 0));
+    ItemBase::ConstSerialStruct_t const view(written);
+    CompositeItem readBack(7);
+    EXPECT_EQ(readBack.Deserialize(&view), -1);
+
+    CompositeItem tableLast(7);
+    tableLast.AddItem(ItemPtr(BoolItem::Create(3, true)));
+    tableLast.AddItem(ItemPtr(StringSparseItem::Create(2, "on")));
+    ItemBase::SerialStruct_t last;
+    ASSERT_EQ(tableLast.Serialize(&last), 0);
+    ItemBase::ConstSerialStruct_t const lastView(last);
+    CompositeItem lastBack(7);
+    ASSERT_EQ(lastBack.Deserialize(&lastView), 0);
+    EXPECT_TRUE(lastBack.IsEqualValue(ItemPtr(tableLast.DeepCopy())));
 }
 
 TEST(CompositeItemTest, NestingIsBoundedByDepth) {
