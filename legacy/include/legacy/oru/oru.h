@@ -39,5 +39,6 @@
 #include <legacy/oru/stringvalue.h>
 #include <legacy/oru/traits.h>
 #include <legacy/oru/types.h>
+#include <legacy/oru/version.h>
 
 #endif
