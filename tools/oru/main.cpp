@@ -3,6 +3,8 @@
 #include <iostream>
 #include <string>
 
+#include <legacy/oru/version.h>
+
 #include "commands.h"
 
 namespace {
@@ -32,6 +34,10 @@ int main(int argc, char** argv) {
     OruTool::Args args(argv + 2, argv + argc);
     if (command == "--help" || command == "-h" || command == "help") {
         PrintUsage(std::cout);
+        return 0;
+    }
+    if (command == "--version" || command == "version") {
+        std::cout << "oru " << Legacy::Oru::Version() << "\n";
         return 0;
     }
     if (command == "demo") {
