@@ -1,11 +1,14 @@
 # Entry points; the two set-up commands of the README are `make demo` and `make test`.
+# Only the development targets install packages; `make build` and `make install`
+# use what the machine has, as a packager's sandbox expects.
 JOBS ?= $(shell nproc)
 BUILD ?= build
+RELEASE_BUILD ?= build-release
 SAN_BUILD ?= build-sanitize
 PREFIX ?= /usr/local
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test test-sanitize test-tsan bench fuzz fuzz-coverage fuzz-seeds install format clean
+.PHONY: all deps build demo test test-package test-sanitize test-tsan bench fuzz fuzz-coverage fuzz-seeds install format clean
 
 all: build
 
@@ -15,15 +18,22 @@ deps:
 $(BUILD)/CMakeCache.txt:
 	cmake -S . -B $(BUILD) -DORU_WERROR=ON $(CMAKE_FLAGS)
 
-build: deps $(BUILD)/CMakeCache.txt
+build: $(BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) -j $(JOBS)
-	@ln -sf $(BUILD)/compile_commands.json compile_commands.json
+	@# For editors; a read-only source tree simply goes without it.
+	@if [ -w . ]; then ln -sfn $(BUILD)/compile_commands.json compile_commands.json 2>/dev/null || true; fi
 
-demo: build
+demo: deps
+	$(MAKE) build
 	./$(BUILD)/tools/oru demo
 
-test: build
+test: deps
+	$(MAKE) build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+# The installed package and its consumers (CMake, C++11, pkg-config, subproject).
+test-package: deps
+	./tests/package/check
 
 test-sanitize: deps
 	cmake -S . -B $(SAN_BUILD) -DORU_WERROR=ON -DORU_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug $(CMAKE_FLAGS)
@@ -86,14 +96,18 @@ fuzz-coverage: deps
 		-object $(COV)/vintor/libvintor.so legacy/src lanpath/src vintor/src
 
 # Seeds for the fuzzers, made by the program from every family it can encode.
-fuzz-seeds: build
+fuzz-seeds: deps
+	$(MAKE) build
 	./fuzz/make-seeds $(BUILD)/tools/oru fuzz/corpus
 
-install: build
-	cmake --install $(BUILD) --prefix $(PREFIX)
+# A Release build of the libraries and the program, without tests or -Werror.
+install:
+	cmake -S . -B $(RELEASE_BUILD) -DCMAKE_BUILD_TYPE=Release -DORU_BUILD_TESTS=OFF $(CMAKE_FLAGS)
+	cmake --build $(RELEASE_BUILD) -j $(JOBS)
+	cmake --install $(RELEASE_BUILD) --prefix $(PREFIX)
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(SAN_BUILD) build-bench build-fuzz build-fuzzcov build-tsan compile_commands.json
+	rm -rf $(BUILD) $(RELEASE_BUILD) $(SAN_BUILD) build-package build-bench build-fuzz build-fuzzcov build-tsan compile_commands.json
