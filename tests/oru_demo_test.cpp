@@ -58,7 +58,7 @@ TEST(OruProgramTest, DemoWalksOneSettingThroughADirectory) {
 TEST(OruProgramTest, UsageErrorsExitTwo) {
     auto const help = RunTool("--help");
     EXPECT_EQ(help.status, 0);
-    EXPECT_NE(help.out.find("usage: oru COMMAND"), std::string::npos);
+    EXPECT_NE(help.out.find("usage: oru [OPTIONS] COMMAND"), std::string::npos);
     auto const none = RunTool("");
     EXPECT_EQ(none.status, 2);
     auto const unknown = RunTool("frobnicate");

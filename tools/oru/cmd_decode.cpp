@@ -1,14 +1,24 @@
 // oru decode: reads serial records laid flat (ten header bytes, then the
 // payload) and says what each one holds.
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
 #include <legacy/oru/oru.h>
+
+#include "codes.h"
 
 #include "commands.h"
 #include "families.h"
@@ -31,8 +41,20 @@ int const kMaxShownDepth = 32;
 struct Options {
     bool hex = false;
     bool json = false;
-    std::string file;
+    std::size_t offset = 0;
+    std::string file = "-";
 };
+
+// One JSON object per line. Text the library wrote is bytes: valid UTF-8
+// passes as it is, any other byte becomes U+FFFD.
+std::string Dump(nlohmann::ordered_json const& json) {
+    return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+// "code -41 (malformed or unknown record, or invalid argument)".
+std::string CodeText(int code) {
+    return "code " + std::to_string(code) + " (" + Legacy::Oru::Codes::Meaning(code) + ")";
+}
 
 std::uint32_t BigEndian32(unsigned char const* p) {
     return (std::uint32_t(p[0]) << 24) | (std::uint32_t(p[1]) << 16) | (std::uint32_t(p[2]) << 8) |
@@ -59,31 +81,31 @@ std::string IdText(std::uint32_t raw) {
     return "invalid id";
 }
 
-std::string IdJson(std::uint32_t raw) {
+void AddIdJson(std::uint32_t raw, nlohmann::ordered_json& json) {
     InfoItemSectionId const id(raw);
     std::size_t const depth = id.Depth();
-    std::string json = "\"depth\":" + std::to_string(depth) + ",\"subsections\":[";
+    json["depth"] = depth;
+    nlohmann::ordered_json subsections = nlohmann::ordered_json::array();
     for (std::size_t level = 1; level <= depth; ++level) {
-        json += (level > 1 ? "," : "") + std::to_string((raw >> (30 - 6 * level)) & 0x3Fu);
+        subsections.push_back((raw >> (30 - 6 * level)) & 0x3Fu);
     }
-    json += "],\"info\":";
-    json += id.IsValidInfoItemId() ? std::to_string(RawInfoField(raw, depth)) : "null";
-    json += ",\"class\":";
-    json += id.IsValidInfoItemId()          ? "\"info-item\""
-            : id.IsValidSectionId()         ? "\"section\""
-            : id.IsValidWildcardSectionId() ? "\"wildcard\""
-                                            : "\"invalid\"";
-    return json;
+    json["subsections"] = subsections;
+    json["info"] = id.IsValidInfoItemId() ? nlohmann::ordered_json(RawInfoField(raw, depth))
+                                          : nlohmann::ordered_json();
+    json["class"] = id.IsValidInfoItemId()          ? "info-item"
+                    : id.IsValidSectionId()         ? "section"
+                    : id.IsValidWildcardSectionId() ? "wildcard"
+                                                    : "invalid";
 }
 
 class Decoder {
 public:
     Decoder(Options const& options, std::ostream& out) : options_(options), out_(out) {}
 
-    // Decodes the records laid one after another in bytes; answers whether
-    // every one of them read.
+    // Decodes the records laid one after another in bytes from the chosen
+    // offset on; answers whether every one of them read.
     bool Run(Bytes const& bytes) {
-        std::size_t offset = 0;
+        std::size_t offset = options_.offset;
         std::size_t count = 0;
         while (offset < bytes.size()) {
             std::size_t const remaining = bytes.size() - offset;
@@ -103,7 +125,7 @@ public:
             ok_ = Record(offset, header, 0) && ok_;
             offset += kHeaderSize + size;
         }
-        if (count == 0 && !options_.json) {
+        if (count == 0 && !options_.json && ok_) {
             out_ << "no records\n";
         }
         return ok_;
@@ -128,15 +150,22 @@ private:
         std::string const value = code == 0 ? item->GetValAsString() : std::string();
 
         if (options_.json) {
-            out_ << "{\"offset\":" << offset << ",\"nesting\":" << depth << ",\"id\":\""
-                 << HexId(id) << "\"," << IdJson(id) << ",\"type\":" << JsonString(family)
-                 << ",\"typeByte\":" << unsigned(type)
-                 << ",\"numericTypeByte\":" << unsigned(numericType) << ",\"size\":" << size
-                 << ",\"code\":" << code;
+            nlohmann::ordered_json json;
+            json["offset"] = offset;
+            json["nesting"] = depth;
+            json["id"] = HexId(id);
+            AddIdJson(id, json);
+            json["type"] = family;
+            json["typeByte"] = type;
+            json["numericTypeByte"] = numericType;
+            json["size"] = size;
+            json["code"] = code;
             if (code == 0) {
-                out_ << ",\"value\":" << JsonString(value);
+                json["value"] = value;
+            } else {
+                json["meaning"] = Legacy::Oru::Codes::Meaning(code);
             }
-            out_ << "}\n";
+            out_ << Dump(json) << "\n";
         } else {
             std::string const indent(2 * static_cast<std::size_t>(depth), ' ');
             out_ << indent << "@" << offset << " " << HexId(id) << " (" << IdText(id) << ") "
@@ -144,7 +173,7 @@ private:
             if (code == 0) {
                 out_ << ": " << value << "\n";
             } else {
-                out_ << ": does not read, code " << code << "\n";
+                out_ << ": does not read, " << CodeText(code) << "\n";
             }
         }
         if (code == 0 && type == kCompositeType && depth < kMaxShownDepth) {
@@ -173,7 +202,7 @@ private:
 
     void Problem(std::size_t offset, std::string const& what) {
         if (options_.json) {
-            out_ << "{\"offset\":" << offset << ",\"error\":" << JsonString(what) << "}\n";
+            out_ << Dump(nlohmann::ordered_json{{"offset", offset}, {"error", what}}) << "\n";
         } else {
             out_ << "@" << offset << " " << what << "; decoding stops here\n";
         }
@@ -185,35 +214,55 @@ private:
     bool ok_ = true;
 };
 
-// Hex text to bytes, white space ignored, an optional 0x before any pair.
+// One line of `xxd` output ("00000010: 4000 0005 ...  @.....") without its
+// offset column and its text column; any other line as it is.
+std::string WithoutXxdColumns(std::string const& line) {
+    std::size_t const colon = line.find(": ");
+    if (colon == std::string::npos || colon == 0 || colon > 16) {
+        return line;
+    }
+    for (std::size_t i = 0; i < colon; ++i) {
+        if (!std::isxdigit(static_cast<unsigned char>(line[i]))) {
+            return line;
+        }
+    }
+    std::string const rest = line.substr(colon + 2);
+    return rest.substr(0, rest.find("  "));
+}
+
+// Hex text to bytes, white space ignored, an optional 0x before any pair;
+// lines of `xxd` output are read without their offset and text columns.
 bool ParseHex(std::string const& text, Bytes& bytes, std::string& problem) {
     int high = -1;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char const c = text[i];
-        if (c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v') {
-            continue;
-        }
-        if (c == '0' && high < 0 && i + 1 < text.size() &&
-            (text[i + 1] == 'x' || text[i + 1] == 'X')) {
-            ++i;
-            continue;
-        }
-        int value;
-        if (c >= '0' && c <= '9') {
-            value = c - '0';
-        } else if (c >= 'a' && c <= 'f') {
-            value = c - 'a' + 10;
-        } else if (c >= 'A' && c <= 'F') {
-            value = c - 'A' + 10;
-        } else {
-            problem = "not a hex digit at character " + std::to_string(i + 1);
-            return false;
-        }
-        if (high < 0) {
-            high = value;
-        } else {
-            bytes.push_back(static_cast<unsigned char>(high * 16 + value));
-            high = -1;
+    std::istringstream lines(text);
+    std::size_t lineNumber = 0;
+    for (std::string line; std::getline(lines, line);) {
+        ++lineNumber;
+        std::string const digits = WithoutXxdColumns(line);
+        for (std::size_t i = 0; i < digits.size(); ++i) {
+            char const c = digits[i];
+            if (std::isspace(static_cast<unsigned char>(c))) {
+                continue;
+            }
+            if (c == '0' && high < 0 && i + 1 < digits.size() &&
+                (digits[i + 1] == 'x' || digits[i + 1] == 'X')) {
+                ++i;
+                continue;
+            }
+            if (!std::isxdigit(static_cast<unsigned char>(c))) {
+                problem = "not a hex digit: " + Quote(std::string(1, c)) + " on line " +
+                          std::to_string(lineNumber);
+                return false;
+            }
+            int const value = std::isdigit(static_cast<unsigned char>(c))
+                                  ? c - '0'
+                                  : std::tolower(static_cast<unsigned char>(c)) - 'a' + 10;
+            if (high < 0) {
+                high = value;
+            } else {
+                bytes.push_back(static_cast<unsigned char>(high * 16 + value));
+                high = -1;
+            }
         }
     }
     if (high >= 0) {
@@ -223,77 +272,120 @@ bool ParseHex(std::string const& text, Bytes& bytes, std::string& problem) {
     return true;
 }
 
-void PrintHelp(std::ostream& out) {
-    out << "usage: oru decode [--hex] [--json] [FILE]\n"
-           "\n"
-           "Reads serial records laid flat, one after another: ten header bytes (id and\n"
-           "payload size big-endian, type byte, numeric-type byte), then the payload.\n"
-           "Reads FILE, or standard input without one or with '-'. --hex reads\n"
-           "hexadecimal text (white space ignored) instead of binary.\n"
-           "\n"
-           "For each record it prints the offset, the id with its sections and info\n"
-           "number, the family, the payload size and the value as the library writes\n"
-           "it; the children of a composite follow, indented. A record that does not\n"
-           "read shows the library's answer code, and decoding goes on with the next\n"
-           "record while the header's size allows. --json prints one JSON object per\n"
-           "record (children too, with their nesting level).\n"
-           "\n"
-           "Exit status: 0 when every record read, 1 when one did not, 2 for usage.\n"
-           "\n"
-           "example:\n"
-           "  $ oru encode Numeric:U32 0x420C0005 72 | oru decode --hex\n"
-           "  @0 0x420C0005 (section 2/3, info 5) Numeric:U32 size 4: 72\n";
+// Binary input that is nothing but hex digits and blanks was most likely
+// meant for --hex.
+bool LooksLikeHexText(std::string const& input) {
+    std::size_t digits = 0;
+    for (char c : input) {
+        unsigned char const u = static_cast<unsigned char>(c);
+        if (std::isxdigit(u)) {
+            ++digits;
+        } else if (!std::isspace(u) && c != ':' && c != 'x' && c != 'X') {
+            return false;
+        }
+    }
+    return digits >= 2;
 }
 
-}  // namespace
-
-int RunDecode(Args const& args, std::ostream& out, std::ostream& err) {
-    Options options;
-    bool haveFile = false;
-    for (std::string const& arg : args) {
-        if (arg == "--help" || arg == "-h") {
-            PrintHelp(out);
-            return 0;
-        } else if (arg == "--hex") {
-            options.hex = true;
-        } else if (arg == "--json") {
-            options.json = true;
-        } else if (arg.size() > 1 && arg[0] == '-') {
-            err << "oru decode: unknown option " << Quote(arg) << " (try 'oru decode --help')\n";
-            return 2;
-        } else if (haveFile) {
-            err << "oru decode: one FILE at most (try 'oru decode --help')\n";
-            return 2;
-        } else {
-            options.file = arg;
-            haveFile = true;
-        }
-    }
-
-    std::string input;
-    if (!haveFile || options.file == "-") {
+// The whole of FILE ("-" is standard input); false with a reason if it
+// cannot be read.
+bool ReadInput(std::string const& file, std::string& input, std::string& problem) {
+    if (file == "-") {
         input.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-    } else {
-        std::ifstream file(options.file, std::ios::binary);
-        if (!file) {
-            err << "oru decode: cannot open " << Quote(options.file) << "\n";
-            return 2;
+        if (std::cin.bad()) {
+            problem = "cannot read standard input";
+            return false;
         }
-        input.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+        return true;
     }
+    struct stat status;
+    if (::stat(file.c_str(), &status) != 0) {
+        problem = "cannot open " + Quote(file) + ": " + std::strerror(errno);
+        return false;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        problem = Quote(file) + " is a directory";
+        return false;
+    }
+    std::ifstream in(file, std::ios::binary);
+    if (!in) {
+        problem = "cannot open " + Quote(file) + ": " + std::strerror(errno);
+        return false;
+    }
+    input.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    if (in.bad()) {
+        problem = "cannot read " + Quote(file);
+        return false;
+    }
+    return true;
+}
 
+char const* const kFooter =
+    "Reads serial records laid flat, one after another: ten header bytes (id and\n"
+    "payload size big-endian, type byte, numeric-type byte), then the payload.\n"
+    "Reads FILE, or standard input without one or with '-'. --hex reads\n"
+    "hexadecimal text instead of binary: white space ignored, 0x allowed before\n"
+    "a byte, and `xxd` output read without its offset and text columns.\n"
+    "--offset N skips the first N bytes of the capture (after --hex decoding);\n"
+    "offsets are shown from the capture's start.\n"
+    "\n"
+    "For each record it prints the offset, the id with its sections and info\n"
+    "number, the family, the payload size and the value as the library writes\n"
+    "it; the children of a composite follow, indented. A record that does not\n"
+    "read shows the library's answer code and its meaning, and decoding goes on\n"
+    "with the next record while the header's size allows. --json prints one\n"
+    "JSON object per record (children too, with their nesting level); text is\n"
+    "passed through as UTF-8, bytes that are not UTF-8 become U+FFFD.\n"
+    "\n"
+    "Exit status: 0 when every record read, 1 when one did not or the input\n"
+    "cannot be read, 2 for usage.\n"
+    "\n"
+    "examples:\n"
+    "  $ oru encode Numeric:U32 0x420C0005 72 | oru decode --hex\n"
+    "  @0 0x420C0005 (section 2/3, info 5) Numeric:U32 size 4: 72\n"
+    "  $ xxd capture.bin | oru decode --hex --offset 16\n";
+
+int Run(Options const& options) {
+    std::string input;
+    std::string problem;
+    if (!ReadInput(options.file, input, problem)) {
+        std::cerr << "oru decode: " << problem << "\n";
+        return 1;
+    }
     Bytes bytes;
     if (options.hex) {
-        std::string problem;
         if (!ParseHex(input, bytes, problem)) {
-            err << "oru decode: bad hex input: " << problem << "\n";
+            std::cerr << "oru decode: bad hex input: " << problem << "\n";
             return 1;
         }
     } else {
         bytes.assign(input.begin(), input.end());
     }
-    Decoder decoder(options, out);
-    return decoder.Run(bytes) ? 0 : 1;
+    if (options.offset > bytes.size()) {
+        std::cerr << "oru decode: --offset " << options.offset << " lies past the input's "
+                  << bytes.size() << " bytes\n";
+        return 1;
+    }
+    Decoder decoder(options, std::cout);
+    bool const read = decoder.Run(bytes);
+    if (!read && !options.hex && LooksLikeHexText(input)) {
+        std::cerr << "oru decode: the input looks like hexadecimal text: did you mean --hex?\n";
+    }
+    return read ? 0 : 1;
+}
+
+}  // namespace
+
+void AddDecode(CLI::App& program, int& status) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command = program.add_subcommand("decode", "Explain serial records laid flat");
+    command->add_option("FILE", options->file, "Records to read; '-' or none: standard input");
+    command->add_flag("--hex", options->hex, "Read hexadecimal text (xxd output too)");
+    command->add_flag("--json", options->json, "One JSON object per record");
+    command->add_option("--offset", options->offset, "Skip the first N bytes of the capture")
+        ->type_name("N");
+    command->footer(kFooter);
+    command->callback([options, &status] { status = Run(*options); });
 }
 
 }  // namespace OruTool

@@ -1,9 +1,13 @@
-// oru encode: makes an Item of a named family from text and writes its
-// serial record laid flat.
+// oru encode: makes an Item of a named family from the user's words and
+// writes its serial record laid flat, but only when the record holds
+// exactly the value typed.
 #include <cstdint>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
+
+#include <CLI/CLI.hpp>
 
 #include <legacy/oru/oru.h>
 
@@ -11,117 +15,120 @@
 #include "families.h"
 #include "hex.h"
 #include "util.h"
+#include "values.h"
 
 namespace OruTool {
 
 namespace {
 
-using Legacy::Oru::InfoBase;
 using Legacy::Oru::ItemBase;
 
-void PrintHelp(std::ostream& out) {
-    out << "usage: oru encode [--binary] TYPE ID VALUE...\n"
-           "       oru encode --families\n"
+struct Options {
+    bool binary = false;
+    bool families = false;
+    std::string type;
+    std::string id;
+    Args values;
+};
+
+std::string Footer() {
+    std::ostringstream out;
+    out << "Makes an Item of family TYPE under ID (decimal or 0x-hex) holding the value\n"
+           "of the VALUE words, and writes its serial record laid flat: ten header\n"
+           "bytes, then the payload, as hexadecimal text or, with --binary, as raw\n"
+           "bytes. Options may stand anywhere; '--' ends them, for a value that\n"
+           "begins with '-' and is no number.\n"
            "\n"
-           "Makes an Item of family TYPE under ID (decimal or 0x-hex), reads its value\n"
-           "from the VALUE words (joined by blanks) as that family reads text, and\n"
-           "writes the serial record laid flat: ten header bytes, then the payload.\n"
-           "The record is written as hexadecimal text, or as raw bytes with --binary.\n"
-           "A value that does not read gets the family's own message and exit status 1.\n"
-           "--families lists the family names, one per line.\n"
+           "Nothing is written unless the record holds exactly the value typed: a\n"
+           "number outside the element's range, words left over, or a value that the\n"
+           "record cannot carry (the float and double mappings keep whole numbers;\n"
+           "a composite holds at most 65535 children) is refused with exit status 1.\n"
+           "What decode prints is accepted as a value too.\n"
            "\n"
-           "families:\n";
-    std::string line = " ";
+           "VALUE by family (--families lists the names alone):\n";
+    std::string shown;
     for (Family const& family : Families()) {
-        if (line.size() + family.name.size() + 1 > 76) {
-            out << line << "\n";
-            line = " ";
+        std::string const prefix = family.name.substr(0, family.name.find(':'));
+        std::string const range = RangeText(family.numericTypeByte);
+        if (prefix == shown && range.empty()) {
+            continue;
         }
-        line += " " + family.name;
+        shown = prefix;
+        out << "  " << family.name << ": " << (family.valueHelp ? family.valueHelp : "text");
+        if (!range.empty()) {
+            out << " (" << range << ")";
+        }
+        out << "\n      e.g. oru encode " << family.name << " 1 "
+            << (family.example ? family.example : "") << "\n";
     }
-    out << line
-        << "\n"
-           "\n"
+    out << "\n"
            "examples:\n"
            "  $ oru encode Numeric:U32 0x420C0005 72\n"
            "  42 0C 00 05 00 00 00 04 02 05 00 00 00 48\n"
            "  $ oru encode String 7 hello | oru decode --hex\n"
            "  $ oru encode Composite 0x42000001 'Numeric:U16 65' 'String pcm'\n";
+    return out.str();
 }
 
-}  // namespace
-
-int RunEncode(Args const& args, std::ostream& out, std::ostream& err) {
-    bool binary = false;
-    Args positional;
-    for (std::string const& arg : args) {
-        if (positional.empty() && (arg == "--help" || arg == "-h")) {
-            PrintHelp(out);
-            return 0;
+int Run(Options const& options) {
+    if (options.families) {
+        for (Family const& family : Families()) {
+            std::cout << family.name << "\n";
         }
-        if (positional.empty() && arg == "--families") {
-            for (Family const& family : Families()) {
-                out << family.name << "\n";
-            }
-            return 0;
-        }
-        if (positional.empty() && arg == "--binary") {
-            binary = true;
-        } else {
-            positional.push_back(arg);
-        }
+        return 0;
     }
-    if (positional.size() < 2) {
-        err << "oru encode: expected TYPE ID VALUE... (try 'oru encode --help')\n";
+    if (options.type.empty() || options.id.empty()) {
+        std::cerr << "oru encode: expected TYPE ID VALUE... (try 'oru encode --help')\n";
         return 2;
     }
-    Family const* const family = FindFamily(positional[0]);
+    Family const* const family = FindFamily(options.type);
     if (!family) {
-        err << "oru encode: unknown family " << Quote(positional[0])
-            << " (the list is in 'oru encode --help')\n";
+        std::cerr << "oru encode: unknown family " << Quote(options.type)
+                  << " (the list is in 'oru encode --help')\n";
         return 2;
     }
     std::uint32_t id = 0;
     std::string problem;
-    if (!ParseId(positional[1], id, problem)) {
-        err << "oru encode: ID " << Quote(positional[1]) << ' ' << problem << "\n";
+    if (!ParseId(options.id, id, problem)) {
+        std::cerr << "oru encode: ID " << Quote(options.id) << ' ' << problem << "\n";
         return 2;
     }
-    std::string text;
-    for (std::size_t i = 2; i < positional.size(); ++i) {
-        text += (i > 2 ? " " : "") + positional[i];
+    std::string typed;
+    for (std::string const& word : options.values) {
+        typed += (typed.empty() ? "" : " ") + word;
     }
-
-    boost::intrusive_ptr<ItemBase> item(family->makeItem(id));
-    boost::intrusive_ptr<InfoBase const> info(family->makeInfo ? family->makeInfo(id) : nullptr);
-    std::istringstream in(text);
-    std::ostringstream errors;
-    bool const read =
-        family->readArgs
-            ? family->readArgs(*item, Args(positional.begin() + 2, positional.end()), errors)
-            : item->SetValFromStream(in, errors, info);
-    if (!read) {
-        std::string message = errors.str();
-        while (!message.empty() && (message.back() == '\n' || message.back() == '\r')) {
-            message.pop_back();
-        }
-        err << "oru encode: " << (message.empty() ? "the value does not read" : message) << "\n";
+    boost::intrusive_ptr<ItemBase> item;
+    if (!ReadValue(*family, id, options.values, item, problem) || !FitsRecord(*item, problem) ||
+        !SurvivesRecord(*family, typed, *item, problem)) {
+        std::cerr << "oru encode: " << problem << "\n";
         return 1;
     }
     ItemBase::SerialStruct_t record;
-    int const code = item->Serialize(&record);
-    if (code != 0) {
-        err << "oru encode: " << family->name << " has no serial form (code " << code << ")\n";
-        return 1;
-    }
+    item->Serialize(&record);
     auto const flat = FlatRecord(record);
-    if (binary) {
-        out.write(reinterpret_cast<char const*>(flat.data()),
-                  static_cast<std::streamsize>(flat.size()));
+    if (options.binary) {
+        std::cout.write(reinterpret_cast<char const*>(flat.data()),
+                        static_cast<std::streamsize>(flat.size()));
     } else {
-        out << HexBytes(flat.data(), flat.size()) << "\n";
+        std::cout << HexBytes(flat.data(), flat.size()) << "\n";
     }
-    return out ? 0 : 1;
+    std::cout.flush();
+    return std::cout ? 0 : 1;
+}
+
+}  // namespace
+
+void AddEncode(CLI::App& program, int& status) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command =
+        program.add_subcommand("encode", "Write the serial record of a value");
+    command->add_option("TYPE", options->type, "The family, e.g. Numeric:U32 (case ignored)");
+    command->add_option("ID", options->id, "The setting's id, decimal or 0x-hex");
+    command->add_option("VALUE", options->values, "The value's words, as the family reads them");
+    command->add_flag("--binary", options->binary, "Write raw bytes instead of hexadecimal text");
+    command->add_flag("--families", options->families, "List the family names and exit");
+    command->footer(Footer());
+    command->callback([options, &status] { status = Run(*options); });
 }
 
 }  // namespace OruTool

@@ -1,9 +1,13 @@
 // oru id: explains one packed 32-bit section or setting id.
 #include <cstdint>
 #include <iomanip>
-#include <ostream>
+#include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include <legacy/oru/sectionid.h>
 
@@ -91,10 +95,41 @@ void Explain(unsigned int raw, std::ostream& out) {
     Line(out, "max infos in section", std::to_string(id.MaxNumInfoItemsInSection()));
 }
 
-void PrintHelp(std::ostream& out) {
-    out << "usage: oru id ID\n"
-           "\n"
-           "Explains a packed 32-bit section or setting id. ID is decimal or 0x-hex.\n"
+// The id as one JSON object, for machines.
+nlohmann::ordered_json Json(unsigned int raw) {
+    InfoItemSectionId const id(raw);
+    std::size_t const depth = id.Depth();
+    bool const info = id.IsValidInfoItemId();
+    nlohmann::ordered_json json;
+    json["id"] = Hex(raw);
+    json["decimal"] = raw;
+    json["class"] = id.IsValidSectionId()           ? "section"
+                    : info                          ? "info-item"
+                    : id.IsValidWildcardSectionId() ? "wildcard"
+                                                    : "invalid";
+    json["depth"] = depth;
+    nlohmann::ordered_json subsections = nlohmann::ordered_json::array();
+    for (std::size_t level = 1; level <= depth; ++level) {
+        subsections.push_back(RawField(raw, level));
+    }
+    json["subsections"] = subsections;
+    json["info"] =
+        info ? nlohmann::ordered_json(RawInfoField(raw, depth)) : nlohmann::ordered_json();
+    nlohmann::ordered_json parents = nlohmann::ordered_json::array();
+    if (id.IsValid()) {
+        std::size_t const count = info ? depth : depth - 1;
+        for (std::size_t level = 1; level <= count; ++level) {
+            parents.push_back(Hex(id.GetSectionId(level)));
+        }
+    }
+    json["parents"] = parents;
+    json["maxInfosInSection"] = id.MaxNumInfoItemsInSection();
+    return json;
+}
+
+std::string Footer() {
+    std::ostringstream out;
+    out << "Explains a packed 32-bit section or setting id. ID is decimal or 0x-hex.\n"
            "\n"
            "The top two bits hold the depth minus 1; then come 6-bit subsection\n"
            "numbers, one per level down to the depth; every bit below them is the\n"
@@ -103,6 +138,7 @@ void PrintHelp(std::ostream& out) {
            "at the deepest level makes a wildcard section id if the info field is\n"
            "all ones, and an invalid id if not. The parents are the section ids\n"
            "above the id; for an info-item id they end with its own section.\n"
+           "--json prints the same as one JSON object.\n"
            "\n"
            "example:\n"
            "  $ oru id 0x420C0005\n";
@@ -112,28 +148,37 @@ void PrintHelp(std::ostream& out) {
     for (std::string line; std::getline(lines, line);) {
         out << "  " << line << '\n';
     }
+    return out.str();
 }
 
 }  // namespace
 
-int RunId(Args const& args, std::ostream& out, std::ostream& err) {
-    if (args.size() == 1 && (args[0] == "--help" || args[0] == "-h")) {
-        PrintHelp(out);
-        return 0;
-    }
-    if (args.size() != 1) {
-        err << "oru id: expected one ID, got " << args.size()
-            << " arguments (try 'oru id --help')\n";
-        return 2;
-    }
-    std::uint32_t raw = 0;
-    std::string problem;
-    if (!ParseId(args[0], raw, problem)) {
-        err << "oru id: " << Quote(args[0]) << ' ' << problem << '\n';
-        return 2;
-    }
-    Explain(raw, out);
-    return 0;
+void AddId(CLI::App& program, int& status) {
+    struct Options {
+        std::string id;
+        bool json = false;
+    };
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command =
+        program.add_subcommand("id", "Explain a packed 32-bit section or setting id");
+    command->add_option("ID", options->id, "The id, decimal or 0x-hex")->required();
+    command->add_flag("--json", options->json, "Print one JSON object");
+    command->footer(Footer());
+    command->callback([options, &status] {
+        std::uint32_t raw = 0;
+        std::string problem;
+        if (!ParseId(options->id, raw, problem)) {
+            std::cerr << "oru id: " << Quote(options->id) << ' ' << problem << '\n';
+            status = 2;
+            return;
+        }
+        if (options->json) {
+            std::cout << Json(raw).dump() << '\n';
+        } else {
+            Explain(raw, std::cout);
+        }
+        status = std::cout ? 0 : 1;
+    });
 }
 
 }  // namespace OruTool

@@ -1,5 +1,6 @@
-// The commands of the oru program. Each takes the arguments after its name and
-// answers the process exit status: 0 success, 1 bad data, 2 bad usage.
+// The commands of the oru program. Each Add* function declares its command
+// on the program's command line; when the command is chosen, its callback
+// stores the exit status: 0 success, 1 bad data, 2 bad usage.
 #ifndef ORU_TOOL_COMMANDS_H
 #define ORU_TOOL_COMMANDS_H
 
@@ -7,14 +8,21 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+}
+
 namespace OruTool {
 
 using Args = std::vector<std::string>;
 
+void AddDemo(CLI::App& program, int& status);
+void AddDecode(CLI::App& program, int& status);
+void AddEncode(CLI::App& program, int& status);
+void AddId(CLI::App& program, int& status);
+
+// The tour itself, for AddDemo.
 int RunDemo(Args const& args, std::ostream& out, std::ostream& err);
-int RunId(Args const& args, std::ostream& out, std::ostream& err);
-int RunDecode(Args const& args, std::ostream& out, std::ostream& err);
-int RunEncode(Args const& args, std::ostream& out, std::ostream& err);
 
 }  // namespace OruTool
 

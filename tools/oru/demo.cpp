@@ -2,9 +2,12 @@
 // files and no arguments; everything it shows is made here.
 #include <functional>
 #include <iomanip>
+#include <iostream>
 #include <ostream>
 #include <sstream>
 #include <vector>
+
+#include <CLI/CLI.hpp>
 
 #include <legacy/oru/oru.h>
 
@@ -288,6 +291,17 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
     out << "--\n";
     settings[0].item->DumpVal(out);
     return RunDirectoryDemo(out, err);
+}
+
+void AddDemo(CLI::App& program, int& status) {
+    CLI::App* const command =
+        program.add_subcommand("demo", "A tour of the model on a small sample device");
+    command->footer(
+        "A tour of the settings model on a small sample device: Infos with\n"
+        "bounds and defaults, Items checked against them, serial records written\n"
+        "in hex and read back, and each setting printed on one line.\n\n"
+        "example:\n  oru demo\n");
+    command->callback([&status] { status = RunDemo(Args(), std::cout, std::cerr); });
 }
 
 }  // namespace OruTool

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "typetext.h"
+#include "values.h"
 
 namespace OruTool {
 
@@ -55,7 +56,8 @@ bool ReadOrientation(ItemBase& item, std::vector<std::string> const& values, std
     }
     std::istringstream in(text);
     Orientation_t read;
-    if (!orientation || !(in >> read.bearing >> read.inclination >> read.roll)) {
+    std::string rest;
+    if (!orientation || !(in >> read.bearing >> read.inclination >> read.roll) || (in >> rest)) {
         errors << "Error parsing orientation: give bearing, inclination and roll\n";
         return false;
     }
@@ -82,7 +84,8 @@ bool ReadAppEndpoints(ItemBase& item, std::vector<std::string> const& values,
     return true;
 }
 
-// Each argument one child: its family's name, a blank, the child's text.
+// Each argument one child: its family's name, a blank, the child's value,
+// read as strictly as a value of its own.
 bool ReadChildren(ItemBase& item, std::vector<std::string> const& values, std::ostream& errors) {
     auto* const composite = dynamic_cast<CompositeItem*>(&item);
     if (!composite) {
@@ -96,16 +99,52 @@ bool ReadChildren(ItemBase& item, std::vector<std::string> const& values, std::o
                    << "then its value\n";
             return false;
         }
-        boost::intrusive_ptr<ItemBase> child(family->makeItem(0));
-        boost::intrusive_ptr<InfoBase const> info(family->makeInfo ? family->makeInfo(0) : nullptr);
-        std::istringstream in(value.size() > name.size() ? value.substr(name.size() + 1) : "");
-        if (!child->SetValFromStream(in, errors, info)) {
+        std::istringstream words(value.size() > name.size() ? value.substr(name.size() + 1) : "");
+        std::vector<std::string> childWords;
+        for (std::string word; words >> word;) {
+            childWords.push_back(word);
+        }
+        boost::intrusive_ptr<ItemBase> child;
+        std::string problem;
+        if (!ReadValue(*family, 0, childWords, child, problem)) {
+            errors << "Error parsing child '" << value << "': " << problem << "\n";
             return false;
         }
         composite->AddItem(child);
     }
     return true;
 }
+
+// How each family's VALUE words are written, by the family's name before ':'.
+struct Syntax {
+    char const* prefix;
+    char const* help;
+    char const* example;
+};
+
+Syntax const kSyntax[] = {
+    {"Bool", "1, 0, True or False", "True"},
+    {"Numeric", "one number in the element's range", "72"},
+    {"NumericArray", "a count, then that many numbers; or (a, b, c) as decode prints it",
+     "3 1 2 3"},
+    {"NumericSparse", "one number in the element's range", "7"},
+    {"Enum", "the entry's number", "3"},
+    {"String", "the text: the VALUE words joined by blanks", "hello"},
+    {"StringArray", "a count, then that many words; or (a, b, c)", "3 a b c"},
+    {"BoolArray", "a count, then that many flags; or (True, False)", "3 True False 1"},
+    {"StringSparse", "the text", "hello"},
+    {"Colour", "alpha red green blue, bare or in brackets", "0 1 2 255"},
+    {"Coordinate", "x y; or (x, y) as decode prints it", "5 7"},
+    {"Rectangle", "left top right bottom; or (TLC(l, t), BRC(r, b))", "1 2 3 4"},
+    {"Orientation", "bearing inclination roll, whole numbers from 0 (as the record keeps them)",
+     "90 1 2"},
+    {"Addr", "a host name or address", "camera.local"},
+    {"Endpoint", "address:port, an IPv6 address in brackets", "[::1]:80"},
+    {"AppEndpoint", "address:port", "10.0.0.1:80"},
+    {"AppEndpointArray", "one URI per VALUE", "http://10.0.0.1:80/a rtsp://cam/live"},
+    {"RectArray", "a count, then four numbers per rectangle", "1 1 2 3 4"},
+    {"Composite", "one child per VALUE: 'FAMILY VALUE'", "'Numeric:U16 65' 'String pcm'"},
+};
 
 std::vector<Family> MakeFamilies() {
     std::vector<Family> families;
@@ -143,8 +182,21 @@ std::string Lower(std::string text) {
 
 }  // namespace
 
+static std::vector<Family> WithSyntax(std::vector<Family> families) {
+    for (Family& family : families) {
+        std::string const prefix = family.name.substr(0, family.name.find(':'));
+        for (Syntax const& syntax : kSyntax) {
+            if (prefix == syntax.prefix) {
+                family.valueHelp = syntax.help;
+                family.example = syntax.example;
+            }
+        }
+    }
+    return families;
+}
+
 std::vector<Family> const& Families() {
-    static std::vector<Family> const families = MakeFamilies();
+    static std::vector<Family> const families = WithSyntax(MakeFamilies());
     return families;
 }
 

@@ -24,8 +24,9 @@ struct Family {
     // VALUE arguments, one per element or child; false with a message else.
     bool (*readArgs)(Legacy::Oru::ItemBase& item, std::vector<std::string> const& values,
                      std::ostream& errors) = nullptr;
-    // How the VALUE arguments are read, for the help text.
+    // How the VALUE arguments are read, and an example, for the help text.
     char const* valueHelp = nullptr;
+    char const* example = nullptr;
 };
 
 // Every family with a serial form, in the order of their type bytes.

@@ -62,38 +62,4 @@ std::string Quote(std::string const& text) {
     return "'" + shown + (text.size() > limit ? "...'" : "'");
 }
 
-std::string JsonString(std::string const& text) {
-    static char const digits[] = "0123456789abcdef";
-    std::string json = "\"";
-    for (char c : text) {
-        unsigned char const u = static_cast<unsigned char>(c);
-        switch (c) {
-            case '"':
-                json += "\\\"";
-                break;
-            case '\\':
-                json += "\\\\";
-                break;
-            case '\n':
-                json += "\\n";
-                break;
-            case '\t':
-                json += "\\t";
-                break;
-            case '\r':
-                json += "\\r";
-                break;
-            default:
-                if (u < 0x20 || u >= 0x7F) {
-                    json += "\\u00";
-                    json += digits[u >> 4];
-                    json += digits[u & 15];
-                } else {
-                    json += c;
-                }
-        }
-    }
-    return json + "\"";
-}
-
 }  // namespace OruTool

@@ -1,4 +1,4 @@
-// Small text helpers shared by the commands: ids, quoting, JSON strings.
+// Small text helpers shared by the commands: ids and quoting.
 #ifndef ORU_TOOL_UTIL_H
 #define ORU_TOOL_UTIL_H
 
@@ -17,10 +17,6 @@ bool ParseId(std::string const& text, std::uint32_t& value, std::string& problem
 // The argument as it goes into a one-line message: quoted, control
 // characters shown as '?', a long one cut short.
 std::string Quote(std::string const& text);
-
-// A JSON string literal of the bytes: control characters, quotes and
-// backslashes escaped; bytes of 0x7F and above as \u00XX (read as Latin-1).
-std::string JsonString(std::string const& text);
 
 // The info field of a packed id of that depth.
 inline std::uint32_t RawInfoField(std::uint32_t raw, std::size_t depth) {

@@ -3,7 +3,9 @@
 namespace Legacy {
 namespace Oru {
 
-char const* Version() { return ORU_VERSION_STRING; }
+char const* Version() {
+    return ORU_VERSION_STRING;
+}
 
 }  // namespace Oru
 }  // namespace Legacy
