@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <istream>
+#include <memory>
 #include <ostream>
 #include <utility>
 
@@ -157,9 +158,9 @@ AddrValueInfo<Derived, ItemT, V>::~AddrValueInfo() = default;
 template <class Derived, class ItemT, class V>
 InfoBase* AddrValueInfo<Derived, ItemT, V>::DeepCopy(unsigned int id, std::string const& name,
                                                      Permission_t const& permission) const {
-    auto* const copy = new Derived(id, name, permission);
+    std::unique_ptr<Derived> copy(new Derived(id, name, permission));
     copy->SetDefault(default_);
-    return copy;
+    return copy.release();
 }
 
 template <class Derived, class ItemT, class V>
@@ -248,9 +249,9 @@ AddrValueItem<Derived, InfoT, V>::~AddrValueItem() = default;
 
 template <class Derived, class InfoT, class V>
 Derived* AddrValueItem<Derived, InfoT, V>::Create(unsigned int id, V const& value) {
-    auto* const item = new Derived(id);
+    std::unique_ptr<Derived> item(new Derived(id));
     item->SetVal(value);
-    return item;
+    return item.release();
 }
 
 template <class Derived, class InfoT, class V>
@@ -486,11 +487,11 @@ AppEndpointArrayInfo::~AppEndpointArrayInfo() = default;
 
 InfoBase* AppEndpointArrayInfo::DeepCopy(unsigned int id, std::string const& name,
                                          Permission_t const& permission) const {
-    auto* const copy = new AppEndpointArrayInfo(id, name, permission);
+    std::unique_ptr<AppEndpointArrayInfo> copy(new AppEndpointArrayInfo(id, name, permission));
     // The sizes stay at their initial values: callers rely on copies that
     // take only the default.
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 AppEndpointArrayInfo* AppEndpointArrayInfo::DeepCopy() const {
@@ -502,9 +503,9 @@ AppEndpointArrayInfo* AppEndpointArrayInfo::DeepCopy(unsigned int id) const {
 }
 
 ItemBase* AppEndpointArrayInfo::CreateItem() const {
-    auto* const item = new AppEndpointArrayItem(GetId());
+    std::unique_ptr<AppEndpointArrayItem> item(new AppEndpointArrayItem(GetId()));
     item->SetVal(default_);
-    return item;
+    return item.release();
 }
 
 OruType_t AppEndpointArrayInfo::GetType() const {
@@ -591,9 +592,9 @@ AppEndpointArrayItem& AppEndpointArrayItem::operator=(AppEndpointArrayItem const
 AppEndpointArrayItem::~AppEndpointArrayItem() = default;
 
 ItemBase* AppEndpointArrayItem::DeepCopy(unsigned int id) const {
-    auto* const item = new AppEndpointArrayItem(id);
+    std::unique_ptr<AppEndpointArrayItem> item(new AppEndpointArrayItem(id));
     item->value_ = value_;
-    return item;
+    return item.release();
 }
 
 AppEndpointArrayItem* AppEndpointArrayItem::DeepCopy() const {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <istream>
 #include <limits>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/resultelem.h>
@@ -83,10 +84,10 @@ BoolInfo::~BoolInfo() = default;
 
 InfoBase* BoolInfo::DeepCopy(unsigned int id, std::string const& name,
                              Permission_t const& permission) const {
-    auto* const copy = new BoolInfo(id, name, permission);
+    std::unique_ptr<BoolInfo> copy(new BoolInfo(id, name, permission));
     copy->fixed_ = fixed_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 BoolInfo* BoolInfo::DeepCopy() const {
@@ -160,9 +161,9 @@ BoolItem::BoolItem(BoolItem const& other) = default;
 BoolItem& BoolItem::operator=(BoolItem const& other) = default;
 
 BoolItem* BoolItem::Create(unsigned int id, bool const& value) {
-    auto* const item = new BoolItem(id);
+    std::unique_ptr<BoolItem> item(new BoolItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 BoolItem::~BoolItem() = default;
@@ -318,11 +319,11 @@ BoolArrayInfo::~BoolArrayInfo() = default;
 
 InfoBase* BoolArrayInfo::DeepCopy(unsigned int id, std::string const& name,
                                   Permission_t const& permission) const {
-    auto* const copy = new BoolArrayInfo(id, name, permission);
+    std::unique_ptr<BoolArrayInfo> copy(new BoolArrayInfo(id, name, permission));
     copy->minSize_ = minSize_;
     copy->maxSize_ = maxSize_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 BoolArrayInfo* BoolArrayInfo::DeepCopy() const {
@@ -409,9 +410,9 @@ BoolArrayItem::BoolArrayItem(BoolArrayItem const& other) = default;
 BoolArrayItem& BoolArrayItem::operator=(BoolArrayItem const& other) = default;
 
 BoolArrayItem* BoolArrayItem::Create(unsigned int id, std::vector<bool> const& value) {
-    auto* const item = new BoolArrayItem(id);
+    std::unique_ptr<BoolArrayItem> item(new BoolArrayItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 BoolArrayItem::~BoolArrayItem() = default;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/resultelem.h>
@@ -69,11 +70,11 @@ ColourInfo::~ColourInfo() = default;
 
 InfoBase* ColourInfo::DeepCopy(unsigned int id, std::string const& name,
                                Permission_t const& permission) const {
-    auto* const copy = new ColourInfo(id, name, permission);
+    std::unique_ptr<ColourInfo> copy(new ColourInfo(id, name, permission));
     copy->min_ = min_;
     copy->max_ = max_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 ColourInfo* ColourInfo::DeepCopy() const {
@@ -85,9 +86,9 @@ ColourInfo* ColourInfo::DeepCopy(unsigned int id) const {
 }
 
 ItemBase* ColourInfo::CreateItem() const {
-    auto* const item = new ColourItem(GetId());
+    std::unique_ptr<ColourItem> item(new ColourItem(GetId()));
     item->Set(default_);
-    return item;
+    return item.release();
 }
 
 OruType_t ColourInfo::GetType() const {
@@ -162,9 +163,9 @@ ColourItem& ColourItem::operator=(ColourItem const& other) = default;
 ColourItem::~ColourItem() = default;
 
 ItemBase* ColourItem::DeepCopy(unsigned int id) const {
-    auto* const copy = new ColourItem(id);
+    std::unique_ptr<ColourItem> copy(new ColourItem(id));
     copy->value_ = value_;
-    return copy;
+    return copy.release();
 }
 
 ColourItem* ColourItem::DeepCopy() const {
@@ -298,9 +299,9 @@ OrientationItem& OrientationItem::operator=(OrientationItem const& other) = defa
 OrientationItem::~OrientationItem() = default;
 
 ItemBase* OrientationItem::DeepCopy(unsigned int id) const {
-    auto* const copy = new OrientationItem(id);
+    std::unique_ptr<OrientationItem> copy(new OrientationItem(id));
     copy->value_ = value_;
-    return copy;
+    return copy.release();
 }
 
 OrientationItem* OrientationItem::DeepCopy() const {

@@ -1,6 +1,7 @@
 #include <legacy/oru/coordinate.h>
 
 #include <istream>
+#include <memory>
 #include <ostream>
 #include <type_traits>
 
@@ -53,10 +54,10 @@ CoordinateInfo<T>::~CoordinateInfo() = default;
 template <class T>
 CoordinateInfo<T>* CoordinateInfo<T>::DeepCopy(unsigned int id, std::string const& name,
                                                Permission_t const& permission) const {
-    auto* const copy = new CoordinateInfo(id, name, permission);
+    std::unique_ptr<CoordinateInfo> copy(new CoordinateInfo(id, name, permission));
     copy->x_.reset(x_->DeepCopy());
     copy->y_.reset(y_->DeepCopy());
-    return copy;
+    return copy.release();
 }
 
 template <class T>
@@ -71,10 +72,10 @@ CoordinateInfo<T>* CoordinateInfo<T>::DeepCopy(unsigned int id) const {
 
 template <class T>
 ItemBase* CoordinateInfo<T>::CreateItem() const {
-    auto* const item = new CoordinateItem<T>(GetId());
+    std::unique_ptr<CoordinateItem<T>> item(new CoordinateItem<T>(GetId()));
     item->SetValX(x_->GetDefault());
     item->SetValY(y_->GetDefault());
-    return item;
+    return item.release();
 }
 
 template <class T>
@@ -159,10 +160,10 @@ RectInfo<T>::~RectInfo() = default;
 template <class T>
 RectInfo<T>* RectInfo<T>::DeepCopy(unsigned int id, std::string const& name,
                                    Permission_t const& permission) const {
-    auto* const copy = new RectInfo(id, name, permission);
+    std::unique_ptr<RectInfo> copy(new RectInfo(id, name, permission));
     copy->topLeft_.reset(topLeft_->DeepCopy());
     copy->bottomRight_.reset(bottomRight_->DeepCopy());
-    return copy;
+    return copy.release();
 }
 
 template <class T>
@@ -177,12 +178,12 @@ RectInfo<T>* RectInfo<T>::DeepCopy(unsigned int id) const {
 
 template <class T>
 ItemBase* RectInfo<T>::CreateItem() const {
-    auto* const item = new RectItem<T>(GetId());
+    std::unique_ptr<RectItem<T>> item(new RectItem<T>(GetId()));
     item->TopLeft()->SetValX(topLeft_->GetDefaultX());
     item->TopLeft()->SetValY(topLeft_->GetDefaultY());
     item->BottomRight()->SetValX(bottomRight_->GetDefaultX());
     item->BottomRight()->SetValY(bottomRight_->GetDefaultY());
-    return item;
+    return item.release();
 }
 
 template <class T>
@@ -259,10 +260,10 @@ CoordinateItem<T>::~CoordinateItem() = default;
 
 template <class T>
 CoordinateItem<T>* CoordinateItem<T>::DeepCopy(unsigned int id) const {
-    auto* const copy = new CoordinateItem(id);
+    std::unique_ptr<CoordinateItem> copy(new CoordinateItem(id));
     copy->x_->AssignArrayValue(x_, 0, nullptr);
     copy->y_->AssignArrayValue(y_, 0, nullptr);
-    return copy;
+    return copy.release();
 }
 
 template <class T>
@@ -405,10 +406,10 @@ RectItem<T>::~RectItem() = default;
 
 template <class T>
 RectItem<T>* RectItem<T>::DeepCopy(unsigned int id) const {
-    auto* const copy = new RectItem(id);
+    std::unique_ptr<RectItem> copy(new RectItem(id));
     copy->topLeft_->AssignArrayValue(topLeft_, 0, nullptr);
     copy->bottomRight_->AssignArrayValue(bottomRight_, 0, nullptr);
-    return copy;
+    return copy.release();
 }
 
 template <class T>

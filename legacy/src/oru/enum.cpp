@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/resultelem.h>
@@ -39,10 +40,10 @@ EnumInfo::~EnumInfo() = default;
 
 InfoBase* EnumInfo::DeepCopy(unsigned int id, std::string const& name,
                              Permission_t const& permission) const {
-    auto* const copy = new EnumInfo(id, name, permission, localized_);
+    std::unique_ptr<EnumInfo> copy(new EnumInfo(id, name, permission, localized_));
     copy->table_ = table_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 EnumInfo* EnumInfo::DeepCopy() const {
@@ -261,9 +262,9 @@ EnumItem::EnumItem(EnumItem const& other) = default;
 EnumItem& EnumItem::operator=(EnumItem const& other) = default;
 
 EnumItem* EnumItem::Create(unsigned int id, int const& value) {
-    auto* const item = new EnumItem(id);
+    std::unique_ptr<EnumItem> item(new EnumItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 EnumItem::~EnumItem() = default;

@@ -1,5 +1,6 @@
 #include <legacy/oru/extended.h>
 
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/resultelem.h>
@@ -25,9 +26,9 @@ ExtendedInfo::~ExtendedInfo() = default;
 
 InfoBase* ExtendedInfo::DeepCopy(unsigned int id, std::string const& name,
                                  Permission_t const& permission) const {
-    auto* const copy = new ExtendedInfo(id, name, permission);
+    std::unique_ptr<ExtendedInfo> copy(new ExtendedInfo(id, name, permission));
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 ExtendedInfo* ExtendedInfo::DeepCopy() const {
@@ -96,9 +97,9 @@ ExtendedItem::ExtendedItem(ExtendedItem const& other) = default;
 ExtendedItem& ExtendedItem::operator=(ExtendedItem const& other) = default;
 
 ExtendedItem* ExtendedItem::Create(unsigned int id, Pair const& value) {
-    auto* const item = new ExtendedItem(id);
+    std::unique_ptr<ExtendedItem> item(new ExtendedItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 ExtendedItem::~ExtendedItem() = default;

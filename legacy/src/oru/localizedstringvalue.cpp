@@ -1,5 +1,6 @@
 #include <legacy/oru/localizedstringvalue.h>
 
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/resultelem.h>
@@ -34,9 +35,9 @@ LocalizedStringInfo::~LocalizedStringInfo() = default;
 
 InfoBase* LocalizedStringInfo::DeepCopy(unsigned int id, std::string const& name,
                                         Permission_t const& permission) const {
-    auto* const copy = new LocalizedStringInfo(id, name, permission);
+    std::unique_ptr<LocalizedStringInfo> copy(new LocalizedStringInfo(id, name, permission));
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 LocalizedStringInfo* LocalizedStringInfo::DeepCopy() const {
@@ -48,9 +49,9 @@ LocalizedStringInfo* LocalizedStringInfo::DeepCopy(unsigned int id) const {
 }
 
 ItemBase* LocalizedStringInfo::CreateItem() const {
-    auto* const item = new LocalizedStringItem(GetId());
+    std::unique_ptr<LocalizedStringItem> item(new LocalizedStringItem(GetId()));
     item->SetVal(default_);
-    return item;
+    return item.release();
 }
 
 OruType_t LocalizedStringInfo::GetType() const {
@@ -108,9 +109,9 @@ LocalizedStringItem& LocalizedStringItem::operator=(LocalizedStringItem const& o
 LocalizedStringItem::~LocalizedStringItem() = default;
 
 ItemBase* LocalizedStringItem::DeepCopy(unsigned int id) const {
-    auto* const copy = new LocalizedStringItem(id);
+    std::unique_ptr<LocalizedStringItem> copy(new LocalizedStringItem(id));
     copy->value_ = value_;
-    return copy;
+    return copy.release();
 }
 
 LocalizedStringItem* LocalizedStringItem::DeepCopy() const {

@@ -1,6 +1,7 @@
 #include <legacy/oru/numeric.h>
 
 #include <istream>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/resultelem.h>
@@ -33,11 +34,11 @@ NumericInfo<T>::~NumericInfo() = default;
 template <class T>
 InfoBase* NumericInfo<T>::DeepCopy(unsigned int id, std::string const& name,
                                    Permission_t const& permission) const {
-    auto* const copy = new NumericInfo(id, name, permission);
+    std::unique_ptr<NumericInfo> copy(new NumericInfo(id, name, permission));
     copy->default_ = default_;
     copy->max_ = max_;
     copy->min_ = min_;
-    return copy;
+    return copy.release();
 }
 
 template <class T>
@@ -183,9 +184,9 @@ NumericItem<T>& NumericItem<T>::operator=(NumericItem const& other) = default;
 
 template <class T>
 NumericItem<T>* NumericItem<T>::Create(unsigned int id, Element const& value) {
-    auto* const item = new NumericItem(id);
+    std::unique_ptr<NumericItem> item(new NumericItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 template <class T>

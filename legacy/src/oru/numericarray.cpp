@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <istream>
 #include <limits>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/rectarray.h>
@@ -93,11 +94,11 @@ NumericArrayInfo<T>* NumericArrayInfo<T>::DeepCopy(unsigned int id, std::string 
                                                    Permission_t const& permission) const {
     // The element bounds stay those of a new Info: callers rely on DeepCopy
     // and the copy constructor differing here.
-    auto* const copy = new NumericArrayInfo(id, name, permission);
+    std::unique_ptr<NumericArrayInfo> copy(new NumericArrayInfo(id, name, permission));
     copy->minSize_ = minSize_;
     copy->maxSize_ = maxSize_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 template <class T>
@@ -112,9 +113,9 @@ NumericArrayInfo<T>* NumericArrayInfo<T>::DeepCopy(unsigned int id) const {
 
 template <class T>
 ItemBase* NumericArrayInfo<T>::CreateItem() const {
-    auto* const item = new NumericArrayItem<T>(GetId());
+    std::unique_ptr<NumericArrayItem<T>> item(new NumericArrayItem<T>(GetId()));
     item->SetVal(default_);
-    return item;
+    return item.release();
 }
 
 template <class T>
@@ -254,9 +255,9 @@ NumericArrayItem<T>::~NumericArrayItem() = default;
 
 template <class T>
 NumericArrayItem<T>* NumericArrayItem<T>::DeepCopy(unsigned int id) const {
-    auto* const copy = new NumericArrayItem(id);
+    std::unique_ptr<NumericArrayItem> copy(new NumericArrayItem(id));
     copy->value_ = value_;
-    return copy;
+    return copy.release();
 }
 
 template <class T>

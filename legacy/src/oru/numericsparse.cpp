@@ -1,6 +1,7 @@
 #include <legacy/oru/numericsparse.h>
 
 #include <istream>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/resultelem.h>
@@ -34,10 +35,10 @@ NumericSparseInfo<T>::~NumericSparseInfo() = default;
 template <class T>
 NumericSparseInfo<T>* NumericSparseInfo<T>::DeepCopy(unsigned int id, std::string const& name,
                                                      Permission_t const& permission) const {
-    auto* const copy = new NumericSparseInfo(id, name, permission);
+    std::unique_ptr<NumericSparseInfo> copy(new NumericSparseInfo(id, name, permission));
     copy->table_ = table_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 template <class T>
@@ -181,9 +182,9 @@ NumericSparseItem<T>& NumericSparseItem<T>::operator=(NumericSparseItem const& o
 
 template <class T>
 NumericSparseItem<T>* NumericSparseItem<T>::Create(unsigned int id, Element const& value) {
-    auto* const item = new NumericSparseItem(id);
+    std::unique_ptr<NumericSparseItem> item(new NumericSparseItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 template <class T>

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <istream>
 #include <limits>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/numericarray.h>
@@ -50,12 +51,12 @@ RectArrayInfo<T>::~RectArrayInfo() = default;
 template <class T>
 RectArrayInfo<T>* RectArrayInfo<T>::DeepCopy(unsigned int id, std::string const& name,
                                              Permission_t const& permission) const {
-    auto* const copy = new RectArrayInfo(id, name, permission);
+    std::unique_ptr<RectArrayInfo> copy(new RectArrayInfo(id, name, permission));
     copy->minSize_ = minSize_;
     copy->maxSize_ = maxSize_;
     copy->topLeft_.reset(topLeft_->DeepCopy());
     copy->bottomRight_.reset(bottomRight_->DeepCopy());
-    return copy;
+    return copy.release();
 }
 
 template <class T>
@@ -218,9 +219,9 @@ template <class T>
 RectArrayItem<T>* RectArrayItem<T>::DeepCopy(unsigned int id) const {
     // The list is copied, the corners stay shared: callers rely on a change
     // through the copy showing in the source.
-    auto* const copy = new RectArrayItem(id);
+    std::unique_ptr<RectArrayItem> copy(new RectArrayItem(id));
     copy->value_ = value_;
-    return copy;
+    return copy.release();
 }
 
 template <class T>

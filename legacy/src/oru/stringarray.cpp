@@ -5,6 +5,7 @@
 #include <istream>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/bool.h>
@@ -96,11 +97,11 @@ StringArrayInfo::~StringArrayInfo() = default;
 
 InfoBase* StringArrayInfo::DeepCopy(unsigned int id, std::string const& name,
                                     Permission_t const& permission) const {
-    auto* const copy = new StringArrayInfo(id, name, permission);
+    std::unique_ptr<StringArrayInfo> copy(new StringArrayInfo(id, name, permission));
     copy->minSize_ = minSize_;
     copy->maxSize_ = maxSize_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 StringArrayInfo* StringArrayInfo::DeepCopy() const {
@@ -186,9 +187,9 @@ StringArrayItem::StringArrayItem(StringArrayItem const& other) = default;
 StringArrayItem& StringArrayItem::operator=(StringArrayItem const& other) = default;
 
 StringArrayItem* StringArrayItem::Create(unsigned int id, std::vector<std::string> const& value) {
-    auto* const item = new StringArrayItem(id);
+    std::unique_ptr<StringArrayItem> item(new StringArrayItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 StringArrayItem::~StringArrayItem() = default;
@@ -391,10 +392,10 @@ StringSparseInfo::~StringSparseInfo() = default;
 
 InfoBase* StringSparseInfo::DeepCopy(unsigned int id, std::string const& name,
                                      Permission_t const& permission) const {
-    auto* const copy = new StringSparseInfo(id, name, permission);
+    std::unique_ptr<StringSparseInfo> copy(new StringSparseInfo(id, name, permission));
     copy->table_ = table_;
     copy->default_ = default_;
-    return copy;
+    return copy.release();
 }
 
 StringSparseInfo* StringSparseInfo::DeepCopy() const {
@@ -486,9 +487,9 @@ StringSparseItem::StringSparseItem(StringSparseItem const& other) = default;
 StringSparseItem& StringSparseItem::operator=(StringSparseItem const& other) = default;
 
 StringSparseItem* StringSparseItem::Create(unsigned int id, std::string const& value) {
-    auto* const item = new StringSparseItem(id);
+    std::unique_ptr<StringSparseItem> item(new StringSparseItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 StringSparseItem::~StringSparseItem() = default;

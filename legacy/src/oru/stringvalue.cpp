@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <istream>
+#include <memory>
 #include <ostream>
 
 #include <legacy/oru/bool.h>
@@ -32,10 +33,10 @@ StringInfo::~StringInfo() = default;
 
 InfoBase* StringInfo::DeepCopy(unsigned int id, std::string const& name,
                                Permission_t const& permission) const {
-    auto* const copy = new StringInfo(id, name, permission);
+    std::unique_ptr<StringInfo> copy(new StringInfo(id, name, permission));
     copy->default_ = default_;
     copy->maxLength_ = maxLength_;
-    return copy;
+    return copy.release();
 }
 
 StringInfo* StringInfo::DeepCopy() const {
@@ -124,9 +125,9 @@ StringItem::StringItem(StringItem const& other) = default;
 StringItem& StringItem::operator=(StringItem const& other) = default;
 
 StringItem* StringItem::Create(unsigned int id, std::string const& value) {
-    auto* const item = new StringItem(id);
+    std::unique_ptr<StringItem> item(new StringItem(id));
     item->value_ = value;
-    return item;
+    return item.release();
 }
 
 StringItem::~StringItem() = default;
