@@ -162,6 +162,13 @@ TEST(AppEndpointTest, NetAppEndpointsBecomeLegacyEndpoints) {
         EXPECT_EQ(rtsp.ToUri(), uri);
     }
 
+    // A scheme in capitals is the same scheme; the text takes the one
+    // spelling that ToUri recognises, so the scheme is not written twice.
+    AppStr const capitals = ToLegacyAppEndpointStr(Net::AppEndpoint("RTSP://cam.example/live"));
+    EXPECT_EQ(capitals.GetAppProtocolType(), AppProtocolType_t::Rtsp);
+    EXPECT_EQ(capitals.GetAddr().ToString(), "rtsp://cam.example/live");
+    EXPECT_EQ(capitals.ToUri(), "rtsp://cam.example/live");
+
     AppIp const ip = ToLegacyAppEndpointIp(Net::AppEndpoint("https://[fe80::1%3]:443/x"));
     EXPECT_EQ(ip.GetAppProtocolType(), AppProtocolType_t::Https);
     EXPECT_EQ(ip.GetAddr(), Net::AddrIp::FromString("fe80::1%3"));
