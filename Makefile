@@ -56,6 +56,12 @@ bench: deps
 BENCH_MIN_TIME ?= 0.1
 
 FUZZ_SECONDS ?= 60
+# Then a short run with inputs up to FUZZ_LARGE_LEN bytes, so that records of
+# 65,535 children or megabyte arrays are explored too; FUZZ_MAX_LEN sets the
+# length of the main run (libFuzzer's own default when empty).
+FUZZ_LARGE_SECONDS ?= 10
+FUZZ_LARGE_LEN ?= 1048576
+FUZZ_MAX_LEN ?=
 FUZZ_TARGETS ?= $(patsubst fuzz/%.cpp,%,$(filter-out fuzz/record.h,$(wildcard fuzz/*.cpp)))
 
 fuzz: deps
@@ -66,8 +72,16 @@ fuzz: deps
 		mkdir -p build-fuzz/corpus/$$t fuzz/corpus/$$t; \
 		echo "fuzz: $$t for $(FUZZ_SECONDS)s"; \
 		./build-fuzz/fuzz/$$t -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
+			$(if $(FUZZ_MAX_LEN),-max_len=$(FUZZ_MAX_LEN)) \
 			build-fuzz/corpus/$$t fuzz/corpus/$$t 2>build-fuzz/$$t.log || { tail -40 build-fuzz/$$t.log; exit 1; }; \
 		grep -E 'stat::number_of_executed_units|cov:' build-fuzz/$$t.log | tail -2; \
+		if [ "$(FUZZ_LARGE_SECONDS)" != 0 ]; then \
+			echo "fuzz: $$t with inputs up to $(FUZZ_LARGE_LEN) bytes for $(FUZZ_LARGE_SECONDS)s"; \
+			./build-fuzz/fuzz/$$t -max_total_time=$(FUZZ_LARGE_SECONDS) -max_len=$(FUZZ_LARGE_LEN) -len_control=0 \
+				-rss_limit_mb=4096 -print_final_stats=1 build-fuzz/corpus/$$t fuzz/corpus/$$t \
+				2>build-fuzz/$$t-large.log || { tail -40 build-fuzz/$$t-large.log; exit 1; }; \
+			grep -E 'stat::number_of_executed_units|cov:' build-fuzz/$$t-large.log | tail -2; \
+		fi; \
 	done
 
 # Which lines of the libraries the fuzz corpora reach: every input of the

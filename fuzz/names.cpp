@@ -29,13 +29,37 @@ void CheckInvariant(SectionId const& section) {
     }
 }
 
-// A URI read, written and read again.
+// A URI read, written and read again: what was written reads back as the
+// same endpoint and writes the same URI. The reader skips every ':' and '/'
+// after the scheme ("x://h" and "x:h" are one endpoint), so an address that
+// is empty or begins with one of them cannot come back, nor can an endpoint
+// whose text begins with "rtsp://" (its URI is that text, whatever its
+// protocol); their URIs must still settle.
 template <class Endpoint>
 void Uri(std::string const& text) {
     Endpoint const endpoint = Endpoint::FromUri(text);
     std::string const uri = endpoint.ToUri();
     Endpoint const again = Endpoint::FromUri(uri);
-    (void)again.ToUri();
+    std::string const addressText = endpoint.GetEndpoint().GetAddr().ToString();
+    bool const wholeUri = endpoint.GetEndpoint().ToString().compare(0, 7, "rtsp://") == 0;
+    if (!addressText.empty() && addressText[0] != ':' && addressText[0] != '/' && !wholeUri) {
+        Check(again == endpoint);
+        Check(again.ToUri() == uri);
+    } else {
+        // Each pass can strip what stands before the next "rtsp://" or one
+        // more leading character, so the URI settles; on the way an empty
+        // address reads as "0" and gains the ":0" of a port, once.
+        std::string current = again.ToUri();
+        std::size_t const limit = current.size() + 3;
+        bool settled = false;
+        for (std::size_t pass = 0; pass <= limit && !settled; ++pass) {
+            std::string const next = Endpoint::FromUri(current).ToUri();
+            Check(next.size() <= limit);
+            settled = next == current;
+            current = next;
+        }
+        Check(settled);
+    }
     (void)endpoint.ToString();
     // Records carry an endpoint as its text, so the text must read back equal.
     auto const& address = endpoint.GetEndpoint();
