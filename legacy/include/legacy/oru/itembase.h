@@ -129,6 +129,17 @@ public:
 
     // Makes the Item of the record's type and id and lets it read the record.
     // On a failure of that read, item holds the new object with its default.
+    //
+    // Memory: a record's size field allows 4 GiB, and what the receiver holds
+    // grows with the record. For a record of N bytes (header included) the
+    // heap held while reading and after it is at most, by family:
+    //   strings, numeric and bool arrays, other scalar values: N + 512 bytes;
+    //   composites (per child, nested too): 16 N;
+    //   application-endpoint arrays (7 bytes per empty endpoint): 32 N;
+    //   rectangle arrays (8 bytes per rectangle): 48 N;
+    //   string arrays (1 byte per empty string): 96 N, the worst.
+    // A composite holds each child's own family's cost. Bound record sizes
+    // at the transport accordingly; tests/recordcost_test.cpp measures these.
     static int Deserialize(ConstSerialStruct_t const* record, boost::intrusive_ptr<ItemBase>& item);
 
     unsigned int const& GetId() const noexcept {
