@@ -1,5 +1,9 @@
 // Reads text into an Item of a family that the first byte picks. Whatever
 // the text, nothing crashes, and a refused text leaves the value as it was.
+// A value that was read is written as text and read back, through the
+// program's reader that takes what the library prints, to the same text:
+// for the families whose values are numbers and flags, whose printed form
+// is not ambiguous (a printed string list cannot tell its commas apart).
 #include <algorithm>
 #include <cstdint>
 #include <sstream>
@@ -8,6 +12,7 @@
 #include <legacy/oru/oru.h>
 
 #include "families.h"
+#include "values.h"
 
 using Legacy::Oru::InfoBase;
 using Legacy::Oru::ItemBase;
@@ -49,6 +54,18 @@ boost::intrusive_ptr<InfoBase const> CompositeShape(std::uint8_t const* data, st
     return info;
 }
 
+// Families whose printed value reads back: numbers, flags, their arrays.
+bool PrintedFormReadsBack(OruTool::Family const& family) {
+    std::string const prefix = family.name.substr(0, family.name.find(':'));
+    for (char const* name : {"Bool", "Numeric", "NumericArray", "NumericSparse", "Enum",
+                             "BoolArray", "Colour", "Coordinate", "Rectangle", "RectArray"}) {
+        if (prefix == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
@@ -79,6 +96,15 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     bool const read = item->SetValFromStream(in, errors, info);
     if (!read && !partsStay && State(*item) != before) {
         __builtin_trap();
+    }
+    if (read && PrintedFormReadsBack(family)) {
+        std::string const printed = item->GetValAsString();
+        boost::intrusive_ptr<ItemBase> back;
+        std::string problem;
+        if (!OruTool::ReadValue(family, 0x420C0005, {printed}, back, problem) ||
+            back->GetValAsString() != printed) {
+            __builtin_trap();
+        }
     }
     if (composite) {
         // Read or not, never more children than the shape has; all of them

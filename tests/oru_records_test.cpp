@@ -199,6 +199,15 @@ TEST(OruRecordsTest, EncodeAcceptsWhatDecodePrints) {
     EXPECT_EQ(RunTool("encode Bool 1 True").out, RunTool("encode Bool 1 1").out);
     EXPECT_EQ(RunTool("encode Bool 1 false").out, RunTool("encode Bool 1 0").out);
     EXPECT_EQ(RunTool("encode Colour 1 1 2 3 4").out, RunTool("encode Colour 1 '(1 2 3 4)'").out);
+    // Empty lists as decode prints them.
+    for (char const* family : {"NumericArray:U16", "StringArray", "BoolArray", "RectArray:U16"}) {
+        SCOPED_TRACE(family);
+        auto const empty = RunTool(std::string("encode ") + family + " 1 '()'");
+        EXPECT_EQ(empty.status, 0) << empty.err;
+        std::string const shown = RunTool("decode --hex", empty.out).out;
+        EXPECT_EQ(shown.rfind(std::string("@0 0x00000001 (section 0, info 1) ") + family, 0), 0u);
+        EXPECT_EQ(shown.substr(shown.size() - 5), ": ()\n");
+    }
 }
 
 TEST(OruRecordsTest, EncodeTakesOptionsAnywhereAndNegativeNumbersAsValues) {

@@ -218,6 +218,12 @@ bool Normalise(Family const& family, std::vector<std::string> const& given, std:
             std::size_t const group = WordsPerElement(family);
             if (printed) {
                 words = PrintedWords(joined);
+                if (words.empty() && Prefix(family.name) == "RectArray") {
+                    // Its reader takes no count of 0, but reads the printed
+                    // empty list as empty.
+                    text = joined;
+                    return true;
+                }
                 if (words.size() % group != 0) {
                     problem =
                         family.name + " takes " + std::to_string(group) + " numbers per element";
