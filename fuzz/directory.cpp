@@ -1,5 +1,7 @@
 // A program of directory operations, run against the directory and against a
-// plain model kept here; after every step the two agree.
+// plain model kept here; after every step the two agree. Section names are
+// at times hostile, sections get more subsections than their numbers hold,
+// and change sets fail part-way.
 #include <cstdint>
 #include <map>
 #include <string>
@@ -30,7 +32,7 @@ public:
 
     void Run() {
         while (at_ < size_) {
-            switch (Next() % 9) {
+            switch (Next() % 11) {
                 case 0:
                     AddSection();
                     break;
@@ -58,6 +60,12 @@ public:
                 case 8:
                     Clear();
                     break;
+                case 9:
+                    ManySubsections();
+                    break;
+                case 10:
+                    ApplyFailingDelta();
+                    break;
             }
             Verify();
         }
@@ -66,9 +74,26 @@ public:
 private:
     std::uint8_t Next() { return at_ < size_ ? data_[at_++] : 0; }
 
+    // Mostly tidy paths, so that settings accumulate; now and then one that
+    // a peer should never send: empty levels, runs of "/", NUL and bytes
+    // that are no UTF-8, very long names, more levels than ids hold.
     std::string SectionName() {
         static char const* const parts[] = {"a", "b", "c", "x"};
-        std::size_t const depth = 1 + Next() % 4;
+        static std::string const hostile[] = {"",
+                                              "/",
+                                              "a//b",
+                                              "//a",
+                                              "a/",
+                                              "a/b/c/x/a/b",
+                                              std::string("a\0b", 3),
+                                              "\xff\xfe/\x80",
+                                              std::string(300, 'n'),
+                                              "a/" + std::string(200, '/') + "b"};
+        std::uint8_t const pick = Next();
+        if (pick >= 240) {
+            return hostile[pick % (sizeof hostile / sizeof hostile[0])];
+        }
+        std::size_t const depth = 1 + pick % 4;
         std::string name;
         for (std::size_t i = 0; i < depth; ++i) {
             name += (i ? "/" : "") + std::string(parts[Next() % 4]);
@@ -108,10 +133,15 @@ private:
     }
 
     void AddSection() {
-        std::string const name = SectionName();
+        std::string const given = SectionName();
         SectionId out;
-        if (directory_.AddSection(name, out) == 0) {
+        if (directory_.AddSection(given, out) == 0) {
             Check(out.IsValid());
+            // The section goes by the name the directory gave it, which for a
+            // hostile path need not be the text sent, and that name finds it.
+            std::string const name = out.GetSectionName();
+            Check(directory_.FindSection(name).GetInfoItemSectionId() ==
+                  out.GetInfoItemSectionId());
             // Every level of the path exists now.
             for (std::size_t cut = name.find('/'); cut != std::string::npos;
                  cut = name.find('/', cut + 1)) {
@@ -210,6 +240,73 @@ private:
                 settings_[id].valueKnown = true;
             }
         }
+    }
+
+    // More subsections under one section than its 6-bit numbers hold: the
+    // first 63 get numbers, the rest are refused, and all that were added
+    // are found.
+    void ManySubsections() {
+        std::string const* const section = PickSection();
+        if (!section) {
+            return;
+        }
+        std::string const parent = *section;
+        for (int i = 0; i < 70; ++i) {
+            std::string const name = parent + "/m" + std::to_string(i);
+            SectionId out;
+            if (directory_.AddSection(name, out) == 0) {
+                Check(directory_.FindSection(name).GetInfoItemSectionId() ==
+                      out.GetInfoItemSectionId());
+                sections_[out.GetSectionName()] = out.GetInfoItemSectionId();
+            }
+        }
+    }
+
+    // A change set with unknown ids and wrong types among good entries: the
+    // items are applied in ascending order of id up to the first that fails,
+    // and those stay applied.
+    void ApplyFailingDelta() {
+        auto delta = std::make_shared<InfoItemDirectoryDelta>();
+        struct Entry {
+            unsigned int value;
+            bool good;
+        };
+        std::map<unsigned int, Entry> entries;
+        std::size_t const count = 1 + Next() % 6;
+        for (std::size_t i = 0; i < count; ++i) {
+            std::uint8_t const kind = Next() % 4;
+            unsigned int const value = Next();
+            auto const it = PickSetting();
+            unsigned int id = it == settings_.end() ? 0x00000001u : it->first;
+            bool good = it != settings_.end();
+            boost::intrusive_ptr<ItemBase> item;
+            if (kind == 0 || !good) {
+                // An id no setting has: the last number of some section.
+                id = InfoItemSectionId(id).GetSectionId(InfoItemSectionId(id).Depth()) - 1;
+                good = settings_.count(id) != 0;
+                item.reset(NumericItem<U32Traits>::Create(id, value));
+            } else if (kind == 1) {
+                item.reset(NumericItem<S16Traits>::Create(id, 1));
+                good = false;
+            } else {
+                item.reset(NumericItem<U32Traits>::Create(id, value));
+            }
+            if (delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item))) == 0) {
+                entries.emplace(id, Entry{value, good});
+            }
+        }
+        int const code = directory_.UpdateFromDelta(delta, false, true);
+        bool failed = false;
+        for (auto const& [id, entry] : entries) {
+            if (!entry.good) {
+                failed = true;
+                break;
+            }
+            settings_[id].hasItem = true;
+            settings_[id].value = entry.value;
+            settings_[id].valueKnown = true;
+        }
+        Check((code == 0) == !failed);
     }
 
     void Copy() {
