@@ -1,0 +1,65 @@
+// Values files: a device's values as JSON, one member per setting path.
+//
+//   {"Audio/Input/Gain": 72, "Device/Name": "cam-1"}
+//
+// Each family has a natural JSON form (numbers, true/false, strings, arrays,
+// URI text, small objects), listed in docs/settings-files.md.
+//
+// One thread at a time per directory, as the directory's own rule says.
+#ifndef LEGACY_ORU_FILES_VALUES_H
+#define LEGACY_ORU_FILES_VALUES_H
+
+#include <cstddef>
+#include <string>
+
+#include <boost/intrusive_ptr.hpp>
+
+#include <legacy/oru/export.h>
+#include <legacy/oru/files/problem.h>
+#include <legacy/oru/infobase.h>
+#include <legacy/oru/infoitemdirectory.h>
+#include <legacy/oru/itembase.h>
+
+namespace Legacy {
+namespace Oru {
+namespace Files {
+
+enum class Apply {
+    // The values that pass are applied; the others are reported.
+    Passing,
+    // Nothing is applied when any value fails.
+    AllOrNothing,
+};
+
+struct ORU_API ValuesReport {
+    // Every value that could not be read or failed its check, with the path
+    // as pointer and, for a failed check, the text Explain gives.
+    Problems problems;
+    // How many settings were set.
+    std::size_t applied = 0;
+};
+
+// Reads the values in json for the settings of directory, checks each against
+// its Info, and applies those that pass as one change set, so that observers
+// see ItemChanged_ for each.
+ORU_API ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory,
+                                Apply mode = Apply::Passing);
+
+// The present values of every setting in directory that has one.
+ORU_API std::string WriteValues(InfoItemDirectory const& directory);
+
+// One value in its JSON form, read for info: a new Item with the Info's id,
+// not yet checked; null with the problems added (their pointers start with
+// pointer) when the value cannot be read.
+ORU_API boost::intrusive_ptr<ItemBase> ReadValue(std::string const& json, InfoBase const& info,
+                                                 Problems& problems,
+                                                 std::string const& pointer = "");
+
+// The JSON form of one Item's value.
+ORU_API std::string WriteValue(ItemBase const& item);
+
+}  // namespace Files
+}  // namespace Oru
+}  // namespace Legacy
+
+#endif
