@@ -457,6 +457,14 @@ TEST(CompositeItemTest, ValidateLooksAtShapeAndTypesOnly) {
     EXPECT_NE(item->Validate(nullptr), nullptr);
     EXPECT_NE(item->Validate(small), nullptr);
     EXPECT_NE(item->ValidateMin(info), nullptr);
+
+    // Fewer children than the Info describes fail as surely as more.
+    info->SetInfo(2, InfoPtr(new StringInfo(4, "b", Permission_t())));
+    EXPECT_EQ(item->Validate(info), nullptr);
+    info->AddInfo(InfoPtr(new StringInfo(5, "c", Permission_t())));
+    auto const tooFew = item->Validate(info);
+    ASSERT_NE(tooFew, nullptr);
+    EXPECT_EQ(tooFew->GetItem()->GetValAsString(), item->GetValAsString());
 }
 
 TEST(CompositeItemTest, TextFormsAndReadingFromText) {

@@ -111,6 +111,14 @@ TEST(InfoItemSectionIdTest, DerivationsGuardOnlyWhatTheyMust) {
     EXPECT_EQ(InfoItemSectionId(0x02000100).GetInfoItemSubsectionId(), 0);
     EXPECT_EQ(InfoItemSectionId(0x020000FF).GetInfoItemSubsectionId(), 255);
     EXPECT_EQ(InfoItemSectionId(0x80000ABC).GetInfoItemSubsectionId(), 0xBC);
+    // At depth 4 the info number is the 6-bit field itself, not a byte.
+    InfoItemSectionId const deep(0xC20C727F);
+    EXPECT_EQ(deep.CreateInfoItemId(4), 0xC20C7244u);
+    EXPECT_EQ(deep.CreateInfoItemId(4).GetInfoItemSubsectionId(), 4);
+    EXPECT_EQ(deep.CreateInfoItemId(62).GetInfoItemSubsectionId(), 62);
+    // All six bits set make the section's own id, which is no info.
+    EXPECT_EQ(deep.CreateInfoItemId(63).GetInfoItemSubsectionId(), 255);
+    EXPECT_EQ(InfoItemSectionId(0xC20C72C4).GetInfoItemSubsectionId(), 4);
 
     InfoItemSectionId id(0x02FFFFFF);
     id.Clear();

@@ -235,6 +235,12 @@ TEST(StringArrayItemTest, ValidateCountsStringsOnly) {
     EXPECT_EQ(item->SetVal({}, *info), -37);
     EXPECT_EQ(item->SetVal({"a", "b", "c"}, *info), -37);
     EXPECT_EQ(item->GetSize(), 1u);
+    // Counts exactly at the minimum and at the maximum are stored.
+    EXPECT_EQ(item->SetVal({"m"}, *info), 0);
+    EXPECT_EQ(item->GetVal(), Strings({"m"}));
+    EXPECT_EQ(item->SetVal({"p", "q"}, *info), 0);
+    EXPECT_EQ(item->GetVal(), Strings({"p", "q"}));
+    item->SetVal({std::string(500, 'x')});
     for (Strings const& value : {Strings(), Strings({"a", "b", "c"})}) {
         item->SetVal(value);
         auto const failed = item->Validate(info);
