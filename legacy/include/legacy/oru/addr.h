@@ -9,6 +9,9 @@
 // None has bounds and none validates: the value's shape is the contract. The
 // three scalar families share their code through AddrValueInfo and
 // AddrValueItem and differ in their serial payload and text input.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_ADDR_H
 #define LEGACY_ORU_ADDR_H
 

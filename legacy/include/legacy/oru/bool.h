@@ -2,6 +2,9 @@
 // BoolArrayInfo and BoolArrayItem: an array of flags bounded in length, sent
 // bit-packed. Like every family, Items hold no reference to their Info: a
 // fixed flag or a size bound acts only where a caller hands the Info over.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_BOOL_H
 #define LEGACY_ORU_BOOL_H
 

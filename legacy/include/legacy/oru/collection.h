@@ -3,6 +3,9 @@
 // shape its Item, nothing is validated, and there is no serial form and no
 // text input. Copies, operator= and the Item's AssignArrayValue share the
 // children; DeepCopy makes new ones.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_COLLECTION_H
 #define LEGACY_ORU_COLLECTION_H
 

@@ -4,6 +4,9 @@
 // their floats, in which only the integer part of a component survives, and
 // one comparison tolerance. Colour bounds are stored and printed, never
 // enforced: Validate passes whatever the Info says.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_COLOUR_H
 #define LEGACY_ORU_COLOUR_H
 

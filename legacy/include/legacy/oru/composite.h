@@ -4,6 +4,9 @@
 // A composite has no value of its own: copying, equality, text and the serial
 // form are walks over the children. Copies and operator= share the children;
 // DeepCopy (and the Item's AssignArrayValue) makes new ones.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_COMPOSITE_H
 #define LEGACY_ORU_COMPOSITE_H
 

@@ -10,6 +10,9 @@
 // Instantiated for U16Traits, S32Traits and FloatTraits. Objects that share
 // parts are one object for the purpose of changing them: a writer needs all
 // of them alone.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_COORDINATE_H
 #define LEGACY_ORU_COORDINATE_H
 

@@ -2,6 +2,9 @@
 // owns the table, in insertion order, and a default; an entry can be disabled
 // without being removed. The Item holds the number alone: names never travel
 // and the Item does not follow later changes of the table.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_ENUM_H
 #define LEGACY_ORU_ENUM_H
 

@@ -3,6 +3,9 @@
 // form, no text input and no serial form, and no record of its type is read
 // by ItemBase::Deserialize. Any pair is a valid value; the Info holds a
 // default pair and no bounds.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_EXTENDED_H
 #define LEGACY_ORU_EXTENDED_H
 

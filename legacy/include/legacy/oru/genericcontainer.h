@@ -11,6 +11,9 @@
 // run together while no writer runs; element counts are atomic.
 //
 // Return codes: 0 done; -25 an id is absent; -51 an id is present already.
+//
+// Threads: no locks; const operations may run on several threads at once
+// while nobody writes the container.
 #ifndef LEGACY_ORU_GENERICCONTAINER_H
 #define LEGACY_ORU_GENERICCONTAINER_H
 

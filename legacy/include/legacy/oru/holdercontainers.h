@@ -5,6 +5,9 @@
 // The named containers copy deeply, as GenericContainer does. In the pairs
 // nothing keeps the two sides in step: only a directory ties the halves of a
 // setting together. No locks: a writer needs the object alone.
+//
+// Threads: no locks; const operations may run on several threads at once
+// while nobody writes the container.
 #ifndef LEGACY_ORU_HOLDERCONTAINERS_H
 #define LEGACY_ORU_HOLDERCONTAINERS_H
 

@@ -6,6 +6,10 @@
 // and payload size big-endian, type byte, numeric-type byte) and a payload of
 // the family's own layout. SerialStruct_t is the writer's record and owns the
 // payload; ConstSerialStruct_t is the reader's and borrows it.
+//
+// Threads: the reference count is atomic and may be touched from any thread;
+// everything else may be read by several threads while nobody writes it. A
+// writer must have the object alone. Every family follows this rule.
 #ifndef LEGACY_ORU_ITEMBASE_H
 #define LEGACY_ORU_ITEMBASE_H
 

@@ -2,6 +2,9 @@
 // traits class T. The Info holds a default and a range; the Item one value,
 // which nothing keeps in range except the operations that take the Info.
 // Instantiated for the ten traits classes.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_NUMERIC_H
 #define LEGACY_ORU_NUMERIC_H
 

@@ -8,6 +8,9 @@
 //
 // Instantiated for U16Traits only. Objects that share corners are one object
 // for the purpose of changing them: a writer needs all of them alone.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_RECTARRAY_H
 #define LEGACY_ORU_RECTARRAY_H
 

@@ -1,6 +1,9 @@
 // Result: the failed checks of one validation run under one caller-chosen
 // id, in insertion order, with questions about their severities and a way
 // to log them. Grows only. Readers may share it while nobody adds.
+//
+// Threads: a Result may be read by several threads while nobody writes it;
+// LogResults takes the lock of the logger it is given while a record is open.
 #ifndef LEGACY_ORU_RESULT_H
 #define LEGACY_ORU_RESULT_H
 

@@ -1,6 +1,8 @@
 // ResultElem: one failed check. It holds the severity and private copies of
 // the offending Item and (never in practice) of an Info; it carries no text.
 // Elements travel as std::shared_ptr<ResultElem const>, null meaning "passed".
+//
+// Threads: immutable once made; shared freely under std::shared_ptr.
 #ifndef LEGACY_ORU_RESULTELEM_H
 #define LEGACY_ORU_RESULTELEM_H
 

@@ -4,6 +4,9 @@
 // only; the info objects are kept elsewhere.
 //
 // No locks: const operations may run together, a writer needs the map alone.
+//
+// Threads: no locks; const operations may run on several threads at once
+// while nobody writes the map.
 #ifndef LEGACY_ORU_SECTIONMAP_H
 #define LEGACY_ORU_SECTIONMAP_H
 

@@ -1,5 +1,8 @@
 // StringInfo and StringItem: one byte string with a maximum length. The Item
 // also carries the arguments of validation messages.
+//
+// Threads: as for every Item and Info (itembase.h): reads from several threads
+// at once while nobody writes.
 #ifndef LEGACY_ORU_STRINGVALUE_H
 #define LEGACY_ORU_STRINGVALUE_H
 

@@ -3,6 +3,8 @@
 // tolerance and serial width, and which types the stream texts use. They
 // carry no data and export nothing; their visibility mark only lets the
 // templates instantiated over them be exported.
+//
+// Threads: constants and pure functions only.
 #ifndef LEGACY_ORU_TRAITS_H
 #define LEGACY_ORU_TRAITS_H
 

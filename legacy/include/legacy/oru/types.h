@@ -1,5 +1,7 @@
 // The vocabulary every family speaks: the value family of an Info or Item,
 // the element type of the numeric families, and the access word of an Info.
+//
+// Threads: plain values; any thread.
 #ifndef LEGACY_ORU_TYPES_H
 #define LEGACY_ORU_TYPES_H
 
