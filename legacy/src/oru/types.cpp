@@ -1,3 +1,0 @@
-#include <legacy/oru/types.h>
-
-#include "typetext.h"
