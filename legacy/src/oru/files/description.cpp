@@ -318,6 +318,66 @@ bool ReadColour(Json const& value, std::string const& pointer, Reader& reader,
     return reader.Count() == before;
 }
 
+// An application endpoint as its URI when that reads back the same, else as
+// an object with every field (a URI has no place for versions or prefix).
+using AppEndpointStr = AppEndpoint<Net::Endpoint<Net::AddrStr>>;
+
+Json AppEndpointJson(AppEndpointStr const& endpoint) {
+    std::string const uri = endpoint.ToUri();
+    if (AppEndpointStr::FromUri(uri) == endpoint) {
+        return Json(uri);
+    }
+    Json out = Json::object();
+    out["protocol"] = static_cast<std::uint32_t>(endpoint.GetAppProtocolType());
+    out["version"] = endpoint.GetAppProtocolVersion();
+    out["compatVersion"] = endpoint.GetAppProtocolCompatVersion();
+    out["endpoint"] = endpoint.GetEndpoint().ToString();
+    out["addrGroupPrefix"] = endpoint.GetAddrGroupPrefix();
+    return out;
+}
+
+bool ReadAppEndpoint(Json const& value, std::string const& pointer, Reader& reader,
+                     AppEndpointStr& out) {
+    if (value.is_string()) {
+        out = AppEndpointStr::FromUri(value.get_ref<std::string const&>());
+        return true;
+    }
+    if (!value.is_object()) {
+        reader.Add(pointer, "must be a URI or an object");
+        return false;
+    }
+    Members members(value, pointer, reader);
+    std::size_t const before = reader.Count();
+    std::uint32_t protocol = 0;
+    unsigned short version = 0;
+    unsigned short compatVersion = 0;
+    unsigned char prefix = 0;
+    std::string endpoint;
+    if (Json const* const field = members.Get("protocol")) {
+        reader.Number(*field, members.PointerOf("protocol"), protocol, "a protocol");
+    }
+    if (Json const* const field = members.Get("version")) {
+        reader.Number(*field, members.PointerOf("version"), version, "a version");
+    }
+    if (Json const* const field = members.Get("compatVersion")) {
+        reader.Number(*field, members.PointerOf("compatVersion"), compatVersion, "a version");
+    }
+    if (Json const* const field = members.Get("addrGroupPrefix")) {
+        reader.Number(*field, members.PointerOf("addrGroupPrefix"), prefix, "a prefix");
+    }
+    if (Json const* const field = members.Get("endpoint")) {
+        reader.String(*field, members.PointerOf("endpoint"), endpoint);
+    }
+    members.RefuseUnknown();
+    if (reader.Count() != before) {
+        return false;
+    }
+    out = AppEndpointStr(
+        AppProtocolInfo_t(static_cast<AppProtocolType_t>(protocol), version, compatVersion),
+        Net::Endpoint<Net::AddrStr>::FromString(endpoint), prefix);
+    return true;
+}
+
 // ---- Each family: its keys written, and read into a fresh Info ----
 
 void Describe(InfoBase const& info, Json& out);
@@ -492,6 +552,16 @@ bool ReadArray(Members& members, char const* key, std::vector<E>& out, ReadOne r
 struct Writer {
     Json& out;
 
+    // An array default whose count lies outside the sizes is an empty one
+    // the Info kept; no setter takes it, and left out it stays so when read.
+    template <class InfoT>
+    void ArrayDefault(InfoT const& info, Json values) {
+        std::size_t const count = info.GetDefault().size();
+        if (count >= info.GetMinSize() && count <= info.GetMaxSize()) {
+            out["default"] = std::move(values);
+        }
+    }
+
     template <class T>
     void operator()(NumericInfo<T> const& info) {
         WriteScalar(info, out);
@@ -507,7 +577,7 @@ struct Writer {
         for (auto const element : info.GetDefault()) {
             values.push_back(NumberJson(element));
         }
-        out["default"] = std::move(values);
+        ArrayDefault(info, std::move(values));
     }
 
     template <class T>
@@ -517,7 +587,10 @@ struct Writer {
             table.push_back(NumberJson(element));
         }
         out["table"] = std::move(table);
-        out["default"] = NumberJson(info.GetDefault());
+        // With no table the default is the Info's own and no setter takes it.
+        if (!info.GetTable().empty()) {
+            out["default"] = NumberJson(info.GetDefault());
+        }
     }
 
     template <class T>
@@ -552,7 +625,7 @@ struct Writer {
         for (bool const flag : info.GetDefault()) {
             values.push_back(flag);
         }
-        out["default"] = std::move(values);
+        ArrayDefault(info, std::move(values));
     }
 
     void operator()(EnumInfo const& info) {
@@ -577,12 +650,14 @@ struct Writer {
     void operator()(StringArrayInfo const& info) {
         out["minSize"] = info.GetMinSize();
         out["maxSize"] = info.GetMaxSize();
-        out["default"] = info.GetDefault();
+        ArrayDefault(info, Json(info.GetDefault()));
     }
 
     void operator()(StringSparseInfo const& info) {
         out["table"] = info.GetTable();
-        out["default"] = info.GetDefault();
+        if (!info.GetTable().empty()) {
+            out["default"] = info.GetDefault();
+        }
     }
 
     void operator()(ColourInfo const& info) {
@@ -595,14 +670,16 @@ struct Writer {
 
     void operator()(EndpointInfo const& info) { out["default"] = info.GetDefault().ToString(); }
 
-    void operator()(AppEndpointInfo const& info) { out["default"] = info.GetDefault().ToUri(); }
+    void operator()(AppEndpointInfo const& info) {
+        out["default"] = AppEndpointJson(info.GetDefault());
+    }
 
     void operator()(AppEndpointArrayInfo const& info) {
         out["minSize"] = static_cast<std::uint64_t>(info.GetMinSize());
         out["maxSize"] = static_cast<std::uint64_t>(info.GetMaxSize());
         Json uris = Json::array();
         for (auto const& endpoint : info.GetDefault()) {
-            uris.push_back(endpoint.ToUri());
+            uris.push_back(AppEndpointJson(endpoint));
         }
         out["default"] = std::move(uris);
     }
@@ -944,9 +1021,12 @@ struct Filler {
     }
 
     void operator()(AppEndpointInfo& info) {
-        ReadText(info, [](std::string const& text) {
-            return AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(text);
-        });
+        AppEndpointStr endpoint;
+        if (Json const* const value = members.Get("default")) {
+            if (ReadAppEndpoint(*value, members.PointerOf("default"), reader(), endpoint)) {
+                info.SetDefault(endpoint);
+            }
+        }
     }
 
     void operator()(AppEndpointArrayInfo& info) {
@@ -959,18 +1039,14 @@ struct Filler {
                 SetSizes(info, minSize, maxSize);
             }
         }
-        std::vector<std::string> uris;
+        AppEndpointArrayInfo::Value_t values;
         bool const hasDefault = members.Get("default") != nullptr;
-        bool const urisOk =
-            ReadArray(members, "default", uris,
-                      [this](Json const& value, std::string const& pointer, std::string& out) {
-                          return reader().String(value, pointer, out);
+        bool const valuesOk =
+            ReadArray(members, "default", values,
+                      [this](Json const& value, std::string const& pointer, AppEndpointStr& out) {
+                          return ReadAppEndpoint(value, pointer, reader(), out);
                       });
-        if (hasDefault && urisOk) {
-            AppEndpointArrayInfo::Value_t values;
-            for (std::string const& uri : uris) {
-                values.push_back(AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri));
-            }
+        if (hasDefault && valuesOk) {
             info.SetDefault(values);
         }
     }
