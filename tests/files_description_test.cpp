@@ -1,9 +1,13 @@
 #include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <limits>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -538,6 +542,44 @@ TEST(FilesDescription, FamilyNamesAreThoseOfTheProgram) {
     EXPECT_FALSE(has("Coordinate:U8"));
     EXPECT_EQ(names.front(), "Bool");
     EXPECT_EQ(names[1], "Numeric:U8");
+}
+
+TEST(FilesDescription, TheDocumentedExamplesAreRead) {
+    // A relative source path is relative to the build directory of the tests,
+    // where this program lies.
+    std::string source = __FILE__;
+    if (source.front() != '/') {
+        char buffer[4096] = {};
+        ssize_t const length = readlink("/proc/self/exe", buffer, sizeof(buffer) - 1);
+        ASSERT_GT(length, 0);
+        std::string const self(buffer, static_cast<std::size_t>(length));
+        source = self.substr(0, self.rfind('/') + 1) + source;
+    }
+    std::ifstream in(source.substr(0, source.rfind("/tests/")) + "/docs/description-files.md");
+    ASSERT_TRUE(in.good());
+    std::stringstream text;
+    text << in.rdbuf();
+    std::string const doc = text.str();
+    std::size_t examples = 0;
+    for (std::size_t at = doc.find("```json\n"); at != std::string::npos;
+         at = doc.find("```json\n", at)) {
+        at += 8;
+        std::string block = doc.substr(at, doc.find("```", at) - at);
+        // A block lists settings one after another, or is a whole file.
+        if (block.compare(0, 12, "{\"settings\":") != 0) {
+            for (std::size_t next = block.find("}\n{"); next != std::string::npos;
+                 next = block.find("}\n{", next)) {
+                block.insert(next + 1, ",");
+                next += 3;
+            }
+            block = Settings(block);
+        }
+        InfoItemDirectory directory;
+        EXPECT_EQ(ReadDescription(block, directory), Problems()) << block;
+        EXPECT_FALSE(directory.Empty()) << block;
+        ++examples;
+    }
+    EXPECT_EQ(examples, 18u);
 }
 
 }  // namespace
