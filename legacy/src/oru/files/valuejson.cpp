@@ -103,9 +103,11 @@ public:
         return Complete();
     }
 
-    bool parse_error(std::size_t position, std::string const&, nlohmann::detail::exception const& ex) {
+    bool parse_error(std::size_t position, std::string const&,
+                     nlohmann::detail::exception const& ex) {
         // The parser's own words, without its id and line prefix: the byte
         // position says where.
+        // A hostile token of a megabyte is named by its start.
         std::string what = ex.what();
         auto const column = what.find("column ");
         if (column != std::string::npos) {
@@ -113,6 +115,11 @@ public:
             if (colon != std::string::npos) {
                 what.erase(0, colon + 2);
             }
+        } else if (what.compare(0, 1, "[") == 0 && what.find("] ") != std::string::npos) {
+            what.erase(0, what.find("] ") + 2);
+        }
+        if (what.size() > 160) {
+            what = what.substr(0, 120) + "...";
         }
         return Fail("", "malformed JSON at byte " + std::to_string(position) + ": " + what);
     }
@@ -157,8 +164,8 @@ private:
         }
         std::size_t const depth = open_.size() + (onMember_ ? 2 : 1);
         if (depth > k_maxJsonDepth) {
-            return Fail(PointerHere(), "nested deeper than " + std::to_string(k_maxJsonDepth) +
-                                           " levels");
+            return Fail(PointerHere(),
+                        "nested deeper than " + std::to_string(k_maxJsonDepth) + " levels");
         }
         JsonValue& placed = Place();
         placed.kind = kind;

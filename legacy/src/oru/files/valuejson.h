@@ -19,7 +19,16 @@ namespace Oru {
 namespace Files {
 
 struct JsonValue {
-    enum class Kind : unsigned char { Null, Boolean, Integer, Unsigned, Float, String, Array, Object };
+    enum class Kind : unsigned char {
+        Null,
+        Boolean,
+        Integer,
+        Unsigned,
+        Float,
+        String,
+        Array,
+        Object
+    };
 
     Kind kind = Kind::Null;
     bool boolean = false;

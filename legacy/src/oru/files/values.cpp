@@ -161,6 +161,11 @@ std::string NumberText(E value) {
     return text;
 }
 
+// A hostile text of a million bytes is named by its start.
+std::string Shown(std::string const& text) {
+    return text.size() <= 40 ? text : text.substr(0, 32) + "...";
+}
+
 std::string NumberText(JsonValue const& value) {
     if (Kind::Unsigned == value.kind) {
         return std::to_string(value.natural);
@@ -168,7 +173,7 @@ std::string NumberText(JsonValue const& value) {
     if (Kind::Integer == value.kind) {
         return std::to_string(value.integer);
     }
-    return value.text;
+    return Shown(value.text);
 }
 
 template <class E>
@@ -239,7 +244,8 @@ bool ReadElement(JsonValue const& value, E& out, std::string& why, char const* n
                 return false;
             case Kind::Integer:
                 if constexpr (std::is_signed<E>::value) {
-                    if (value.integer >= static_cast<std::int64_t>(std::numeric_limits<E>::lowest())) {
+                    if (value.integer >=
+                        static_cast<std::int64_t>(std::numeric_limits<E>::lowest())) {
                         out = static_cast<E>(value.integer);
                         return true;
                     }
@@ -254,21 +260,29 @@ bool ReadElement(JsonValue const& value, E& out, std::string& why, char const* n
                 char const* const end = begin + value.text.size();
                 auto const result = std::from_chars(begin, end, parsed);
                 bool const read = result.ec == std::errc() && result.ptr == end;
-                if (read && parsed != std::trunc(parsed)) {
+                long double tiny = 0;
+                auto const again = std::from_chars(begin, end, tiny);
+                bool const fraction = read ? parsed != std::trunc(parsed)
+                                           : again.ec == std::errc() && std::fabs(tiny) < 1;
+                if (fraction) {
                     why = std::string("expected a whole number for ") + name + ", not " +
-                          value.text;
+                          NumberText(value);
                     return false;
                 }
-                if (!read || parsed < static_cast<double>(std::numeric_limits<E>::lowest()) ||
-                    parsed > static_cast<double>(std::numeric_limits<E>::max()) ||
-                    (std::is_same<E, std::uint64_t>::value &&
-                     parsed >= 18446744073709551616.0) ||
-                    (std::is_same<E, std::int64_t>::value && parsed >= 9223372036854775808.0)) {
+                // Plain digits arrive here only when they overflow 64 bits.
+                // The maximum of a 64-bit type rounds up to a power of two as
+                // a double, which is itself out of range.
+                bool const digitsOnly = value.text.find_first_of(".eE") == std::string::npos;
+                double const beyond = std::ldexp(1.0, std::numeric_limits<E>::digits);
+                if (!read || digitsOnly ||
+                    parsed < static_cast<double>(std::numeric_limits<E>::lowest()) ||
+                    parsed >= beyond) {
                     why = OutOfRange<E>(value, name);
                     return false;
                 }
                 if (std::fabs(parsed) > k_exactDouble) {
-                    why = "write " + value.text + " in plain digits: in this form it is not exact";
+                    why = "write " + NumberText(value) +
+                          " in plain digits: in this form it is not exact";
                     return false;
                 }
                 out = static_cast<E>(parsed);
@@ -290,9 +304,8 @@ bool ReadElement(JsonValue const& value, typename T::Element& out, std::string& 
 
 // The members of an object by the names allowed, null where absent; unknown
 // and missing-but-required members are problems.
-bool ReadMembers(JsonValue const& value, std::vector<char const*> const& names,
-                 bool allRequired, std::vector<JsonValue const*>& out, Sink& sink,
-                 std::string const& pointer) {
+bool ReadMembers(JsonValue const& value, std::vector<char const*> const& names, bool allRequired,
+                 std::vector<JsonValue const*>& out, Sink& sink, std::string const& pointer) {
     out.assign(names.size(), nullptr);
     bool ok = true;
     for (std::size_t i = 0; i < value.keys.size(); ++i) {
@@ -348,8 +361,8 @@ bool ReadTuple(JsonValue const& value, std::vector<char const*> const& names,
         }
         what += "} or an array of " + std::to_string(names.size()) + " numbers";
         sink.Add(pointer, Kind::Array == value.kind
-                              ? "expected " + what + ", not " +
-                                    std::to_string(value.items.size()) + " elements"
+                              ? "expected " + what + ", not " + std::to_string(value.items.size()) +
+                                    " elements"
                               : Expected(what.c_str(), value));
         return false;
     }
@@ -384,7 +397,7 @@ std::vector<char const*> const k_colourNames = {"a", "r", "g", "b"};
 std::vector<char const*> const k_orientationNames = {"bearing", "inclination", "roll"};
 std::vector<char const*> const k_endpointNames = {"address", "port"};
 std::vector<char const*> const k_appEndpointNames = {"type",    "version", "compatVersion",
-                                                    "address", "port",    "prefix"};
+                                                     "address", "port",    "prefix"};
 
 template <class T>
 std::vector<typename T::Element> RectangleNumbers(RectItem<T> const& rect) {
@@ -484,7 +497,7 @@ bool ReadAppEndpoint(JsonValue const& value, StrAppEndpoint& out, Sink& sink,
     if (Kind::String == value.kind) {
         if (value.text.find("://") == std::string::npos) {
             sink.Add(pointer, "expected a URI such as \"http://10.0.0.1:80\", not \"" +
-                                  value.text + "\"");
+                                  Shown(value.text) + "\"");
             return false;
         }
         out = StrAppEndpoint::FromUri(value.text);
@@ -525,9 +538,9 @@ bool ReadAppEndpoint(JsonValue const& value, StrAppEndpoint& out, Sink& sink,
     number(4, port);
     number(5, prefix);
     if (ok) {
-        out = StrAppEndpoint(AppProtocolInfo_t(static_cast<AppProtocolType_t>(type), version,
-                                               compatVersion),
-                             StrEndpoint(Net::AddrStr(address), port), prefix);
+        out = StrAppEndpoint(
+            AppProtocolInfo_t(static_cast<AppProtocolType_t>(type), version, compatVersion),
+            StrEndpoint(Net::AddrStr(address), port), prefix);
     }
     return ok;
 }
@@ -671,9 +684,8 @@ bool AppendValue(std::string& out, ItemBase const& item, InfoBase const* info) {
             return false;
         case OruType_t::StringArray:
             if (auto const* texts = As<StringArrayItem>(item)) {
-                AppendArray(out, texts->Val(), [&](std::string const& one) {
-                    AppendJsonString(out, one);
-                });
+                AppendArray(out, texts->Val(),
+                            [&](std::string const& one) { AppendJsonString(out, one); });
                 return true;
             }
             return false;
@@ -815,18 +827,18 @@ ItemPtr ReadNumericFamily(JsonValue const& value, InfoBase const& info, Sink& si
                 if (auto item = MakeItem<NumericArrayItem<T>>(info, sink, pointer)) {
                     std::vector<E> numbers;
                     numbers.reserve(Kind::Array == value.kind ? value.items.size() : 0);
-                    bool const ok = ReadArray(
-                        value, "an array of numbers", sink, pointer,
-                        [&](JsonValue const& element, std::string const& at) {
-                            E number{};
-                            std::string elementWhy;
-                            if (!ReadElement<T>(element, number, elementWhy)) {
-                                sink.Add(at, elementWhy);
-                                return false;
-                            }
-                            numbers.push_back(number);
-                            return true;
-                        });
+                    bool const ok =
+                        ReadArray(value, "an array of numbers", sink, pointer,
+                                  [&](JsonValue const& element, std::string const& at) {
+                                      E number{};
+                                      std::string elementWhy;
+                                      if (!ReadElement<T>(element, number, elementWhy)) {
+                                          sink.Add(at, elementWhy);
+                                          return false;
+                                      }
+                                      numbers.push_back(number);
+                                      return true;
+                                  });
                     if (ok) {
                         item->Val().swap(numbers);
                         result = item;
@@ -909,16 +921,15 @@ ItemPtr ReadComposite(JsonValue const& value, InfoBase const& info, Sink& sink,
     }
     if (value.items.size() != compositeInfo->GetSize()) {
         sink.Add(pointer, "expected " + std::to_string(compositeInfo->GetSize()) +
-                              " values, one per part, not " +
-                              std::to_string(value.items.size()));
+                              " values, one per part, not " + std::to_string(value.items.size()));
         return nullptr;
     }
     std::vector<CompositeItem::ItemPtr> children;
     bool ok = true;
     for (std::size_t i = 0; i < value.items.size(); ++i) {
         InfoPtr const childInfo = compositeInfo->GetInfo(i);
-        ItemPtr child = childInfo ? ReadItem(value.items[i], *childInfo, sink, Child(pointer, i))
-                                  : nullptr;
+        ItemPtr child =
+            childInfo ? ReadItem(value.items[i], *childInfo, sink, Child(pointer, i)) : nullptr;
         ok = ok && child;
         children.push_back(child);
     }
@@ -951,7 +962,7 @@ ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
                 if (Kind::String == value.kind) {
                     auto const* enumInfo = dynamic_cast<EnumInfo const*>(&info);
                     if (!enumInfo || enumInfo->GetElemVal(value.text, item->Val()) != 0) {
-                        sink.Add(pointer, "no entry is named \"" + value.text + "\"");
+                        sink.Add(pointer, "no entry is named \"" + Shown(value.text) + "\"");
                         return nullptr;
                     }
                     return item;
@@ -1267,10 +1278,10 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
             pointer = origin.second;
         }
     }
-    report.problems.push_back(Problem{
-        pointer, "the directory refused the value with code " + std::to_string(code) + "; " +
-                     std::to_string(report.applied) + " of " + std::to_string(items.size()) +
-                     " values were applied"});
+    report.problems.push_back(
+        Problem{pointer, "the directory refused the value with code " + std::to_string(code) +
+                             "; " + std::to_string(report.applied) + " of " +
+                             std::to_string(items.size()) + " values were applied"});
     return report;
 }
 
