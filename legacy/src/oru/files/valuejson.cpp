@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -24,7 +23,7 @@ using Json = nlohmann::json;
 // so a hostile file costs at most k_maxJsonDepth levels of anything.
 class TreeBuilder {
 public:
-    using OnMember = std::function<void(std::string&, JsonValue&)>;
+    using OnMember = std::function<bool(std::string const&, JsonValue&, std::string&)>;
 
     // With onMember: the file must be an object, whose members are handed
     // over one by one. Without: the one value lands in single.
@@ -77,10 +76,8 @@ public:
 
     bool key(std::string& name) {
         if (IsTopLevel()) {
-            if (!topKeys_.insert(name).second) {
-                return Fail("/" + PointerToken(name), "the key appears twice");
-            }
-            key_ = std::move(name);
+            // Copied, not moved, so that the parser keeps its buffer.
+            key_.assign(name);
             return true;
         }
         open_.back()->keys.push_back(std::move(name));
@@ -179,7 +176,10 @@ private:
             return Fail("", "the file is no JSON object of setting paths and values");
         }
         if (open_.empty() && onMember_) {
-            (*onMember_)(key_, member_);
+            std::string refusal;
+            if (!(*onMember_)(key_, member_, refusal)) {
+                return Fail("/" + PointerToken(key_), std::move(refusal));
+            }
             member_ = JsonValue();
         }
         return true;
@@ -223,7 +223,6 @@ private:
     OnMember const* onMember_;
     JsonValue* single_;
     std::vector<JsonValue*> open_;
-    std::unordered_set<std::string> topKeys_;
     std::string key_;
     JsonValue member_;
     bool topOpened_ = false;
@@ -268,7 +267,8 @@ char const* KindName(JsonValue::Kind kind) {
 }
 
 bool ReadJsonMembers(std::string const& json,
-                     std::function<void(std::string& key, JsonValue& value)> const& onMember,
+                     std::function<bool(std::string const& key, JsonValue& value,
+                                        std::string& refusal)> const& onMember,
                      std::string& errorPointer, std::string& error) {
     TreeBuilder builder(&onMember, nullptr);
     return Run(json, builder, errorPointer, error);

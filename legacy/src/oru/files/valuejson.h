@@ -50,12 +50,15 @@ char const* KindName(JsonValue::Kind kind);
 constexpr std::size_t k_maxJsonDepth = 64;
 
 // Reads a whole file that must be one object. Each member is handed to
-// onMember as soon as its value is complete, in file order. False, with the
-// message in error and its pointer in errorPointer, when the file is no JSON,
-// is not an object, repeats a key or nests too deep; members already handed
-// over are then to be forgotten.
+// onMember as soon as its value is complete, in file order; onMember may
+// refuse the whole file by answering false with a message in refusal (the
+// caller knows its members and so finds repeated keys at less cost). False,
+// with the message in error and its pointer in errorPointer, when the file is
+// no JSON, is not an object, nests too deep, repeats a key inside a value, or
+// was refused; members already handed over are then to be forgotten.
 bool ReadJsonMembers(std::string const& json,
-                     std::function<void(std::string& key, JsonValue& value)> const& onMember,
+                     std::function<bool(std::string const& key, JsonValue& value,
+                                        std::string& refusal)> const& onMember,
                      std::string& errorPointer, std::string& error);
 
 // Reads a text that must be exactly one JSON value, with the same refusals.

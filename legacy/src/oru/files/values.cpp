@@ -1,5 +1,6 @@
 #include <legacy/oru/files/values.h>
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cmath>
@@ -7,6 +8,7 @@
 #include <memory>
 #include <type_traits>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -1222,29 +1224,48 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
     ValuesReport report;
     Sink sink(report.problems);
     auto delta = std::make_shared<InfoItemDirectoryDelta>();
-    // Which member each id came from, to name the one the directory refuses.
+    // Where each setting's member stands in origins, to find a key given
+    // twice and to name the value the directory refuses.
     std::vector<std::pair<unsigned int, std::string>> origins;
+    std::unordered_map<unsigned int, std::size_t> seen;
+    std::unordered_set<std::string> unknown;
+    std::size_t const expected = std::min<std::size_t>(json.size() / 16, std::size_t(1) << 20);
+    seen.reserve(expected);
+    origins.reserve(expected);
 
-    auto const onMember = [&](std::string& key, JsonValue& value) {
-        std::string pointer = "/" + PointerToken(key);
+    auto const onMember = [&](std::string const& key, JsonValue& value, std::string& refusal) {
+        std::string pointer;
+        pointer.reserve(key.size() + 8);
+        pointer += "/";
+        pointer += PointerToken(key);
         sink.BeginValue();
         boost::intrusive_ptr<InfoItemHolder const> const slot = directory.FindInfoItem(key);
         if (!slot) {
+            if (!unknown.insert(key).second) {
+                refusal = "the key appears twice";
+                return false;
+            }
             sink.Add(std::move(pointer), "no setting has this path");
-            return;
+            return true;
         }
         InfoPtr const info = slot->GetInfoHolder()->GetInfo();
+        auto const first = seen.emplace(info->GetId(), origins.size());
+        if (!first.second) {
+            if (origins[first.first->second].second == pointer) {
+                refusal = "the key appears twice";
+                return false;
+            }
+            sink.Add(std::move(pointer), "the setting is given twice, under another path");
+            return true;
+        }
         ItemPtr const item = ReadItem(value, *info, sink, pointer);
         bool const passed = item && CheckItem(*item, info, sink, pointer);
         sink.EndValue(pointer);
-        if (!passed) {
-            return;
+        if (passed) {
+            delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
         }
-        if (delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item))) != 0) {
-            sink.Add(std::move(pointer), "the setting is given twice, under another path");
-            return;
-        }
-        origins.emplace_back(item->GetId(), std::move(pointer));
+        origins.emplace_back(info->GetId(), std::move(pointer));
+        return true;
     };
 
     std::string errorPointer;
