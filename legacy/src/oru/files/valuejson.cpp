@@ -1,0 +1,315 @@
+#include "valuejson.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include <legacy/oru/files/problem.h>
+
+namespace Legacy {
+namespace Oru {
+namespace Files {
+
+namespace {
+
+using Json = nlohmann::json;
+
+// Builds JsonValue trees from the parser's events. Nesting is bounded here,
+// and the parser itself keeps no stack of its own beyond one flag per level,
+// so a hostile file costs at most k_maxJsonDepth levels of anything.
+class TreeBuilder {
+public:
+    using OnMember = std::function<bool(std::string const&, JsonValue&, std::string&)>;
+
+    // With onMember: the file must be an object, whose members are handed
+    // over one by one. Without: the one value lands in single.
+    TreeBuilder(OnMember const* onMember, JsonValue* single)
+        : onMember_(onMember), single_(single) {}
+
+    bool null() {
+        Scalar().kind = JsonValue::Kind::Null;
+        return Complete();
+    }
+    bool boolean(bool value) {
+        JsonValue& placed = Scalar();
+        placed.kind = JsonValue::Kind::Boolean;
+        placed.boolean = value;
+        return Complete();
+    }
+    bool number_integer(std::int64_t value) {
+        JsonValue& placed = Scalar();
+        if (value < 0) {
+            placed.kind = JsonValue::Kind::Integer;
+            placed.integer = value;
+        } else {
+            placed.kind = JsonValue::Kind::Unsigned;
+            placed.natural = static_cast<std::uint64_t>(value);
+        }
+        return Complete();
+    }
+    bool number_unsigned(std::uint64_t value) {
+        JsonValue& placed = Scalar();
+        placed.kind = JsonValue::Kind::Unsigned;
+        placed.natural = value;
+        return Complete();
+    }
+    bool number_float(double, std::string const& text) {
+        JsonValue& placed = Scalar();
+        placed.kind = JsonValue::Kind::Float;
+        placed.text = text;
+        return Complete();
+    }
+    bool string(std::string& value) {
+        JsonValue& placed = Scalar();
+        placed.kind = JsonValue::Kind::String;
+        placed.text = std::move(value);
+        return Complete();
+    }
+    bool binary(Json::binary_t&) { return false; }
+
+    bool start_object(std::size_t) { return Open(JsonValue::Kind::Object); }
+    bool start_array(std::size_t) { return Open(JsonValue::Kind::Array); }
+
+    bool key(std::string& name) {
+        if (IsTopLevel()) {
+            // Copied, not moved, so that the parser keeps its buffer.
+            key_.assign(name);
+            return true;
+        }
+        open_.back()->keys.push_back(std::move(name));
+        return true;
+    }
+
+    bool end_object() {
+        if (open_.empty()) {
+            topClosed_ = true;
+            return true;
+        }
+        if (JsonValue::Kind::Object == open_.back()->kind && !CheckUniqueKeys(*open_.back())) {
+            return false;
+        }
+        open_.pop_back();
+        return Complete();
+    }
+    bool end_array() {
+        open_.pop_back();
+        return Complete();
+    }
+
+    bool parse_error(std::size_t position, std::string const&,
+                     nlohmann::detail::exception const& ex) {
+        // The parser's own words, without its id and line prefix: the byte
+        // position says where.
+        // A hostile token of a megabyte is named by its start.
+        std::string what = ex.what();
+        auto const column = what.find("column ");
+        if (column != std::string::npos) {
+            auto const colon = what.find(": ", column);
+            if (colon != std::string::npos) {
+                what.erase(0, colon + 2);
+            }
+        } else if (what.compare(0, 1, "[") == 0 && what.find("] ") != std::string::npos) {
+            what.erase(0, what.find("] ") + 2);
+        }
+        if (what.size() > 160) {
+            what = what.substr(0, 120) + "...";
+        }
+        return Fail("", "malformed JSON at byte " + std::to_string(position) + ": " + what);
+    }
+
+    bool Failed() const { return failed_; }
+    std::string const& ErrorPointer() const { return errorPointer_; }
+    std::string const& Error() const { return error_; }
+
+private:
+    bool IsTopLevel() const { return onMember_ && open_.empty(); }
+
+    // Where the next value goes: a new element of the open container, the
+    // value of the present member, or the single value.
+    JsonValue& Place() {
+        if (!open_.empty()) {
+            JsonValue& parent = *open_.back();
+            parent.items.emplace_back();
+            return parent.items.back();
+        }
+        if (onMember_) {
+            member_ = JsonValue();
+            return member_;
+        }
+        return *single_;
+    }
+
+    JsonValue& Scalar() {
+        if (onMember_ && !topOpened_) {
+            topOpened_ = true;
+            notObject_ = true;
+        }
+        return Place();
+    }
+
+    bool Open(JsonValue::Kind kind) {
+        if (onMember_ && !topOpened_) {
+            topOpened_ = true;
+            if (JsonValue::Kind::Object != kind) {
+                return Fail("", "the file is no JSON object of setting paths and values");
+            }
+            return true;
+        }
+        std::size_t const depth = open_.size() + (onMember_ ? 2 : 1);
+        if (depth > k_maxJsonDepth) {
+            return Fail(PointerHere(),
+                        "nested deeper than " + std::to_string(k_maxJsonDepth) + " levels");
+        }
+        JsonValue& placed = Place();
+        placed.kind = kind;
+        open_.push_back(&placed);
+        return true;
+    }
+
+    // Called after each value: a finished top-level member is handed over.
+    bool Complete() {
+        if (notObject_) {
+            return Fail("", "the file is no JSON object of setting paths and values");
+        }
+        if (open_.empty() && onMember_) {
+            std::string refusal;
+            if (!(*onMember_)(key_, member_, refusal)) {
+                return Fail("/" + PointerToken(key_), std::move(refusal));
+            }
+            member_ = JsonValue();
+        }
+        return true;
+    }
+
+    // Sorting keeps an object with many members from costing its square.
+    bool CheckUniqueKeys(JsonValue const& object) {
+        std::vector<std::string_view> names(object.keys.begin(), object.keys.end());
+        std::sort(names.begin(), names.end());
+        auto const twice = std::adjacent_find(names.begin(), names.end());
+        if (twice == names.end()) {
+            return true;
+        }
+        return Fail(PointerHere() + "/" + PointerToken(std::string(*twice)),
+                    "the key appears twice");
+    }
+
+    // The pointer of the innermost open container.
+    std::string PointerHere() const {
+        std::string pointer;
+        if (onMember_) {
+            pointer = "/" + PointerToken(key_);
+        }
+        for (std::size_t level = 1; level < open_.size(); ++level) {
+            JsonValue const& parent = *open_[level - 1];
+            pointer += "/";
+            pointer += JsonValue::Kind::Object == parent.kind
+                           ? PointerToken(parent.keys.back())
+                           : std::to_string(parent.items.size() - 1);
+        }
+        return pointer;
+    }
+
+    bool Fail(std::string pointer, std::string message) {
+        failed_ = true;
+        errorPointer_ = std::move(pointer);
+        error_ = std::move(message);
+        return false;
+    }
+
+    OnMember const* onMember_;
+    JsonValue* single_;
+    std::vector<JsonValue*> open_;
+    std::string key_;
+    JsonValue member_;
+    bool topOpened_ = false;
+    bool topClosed_ = false;
+    bool notObject_ = false;
+    bool failed_ = false;
+    std::string errorPointer_;
+    std::string error_;
+};
+
+bool Run(std::string const& json, TreeBuilder& builder, std::string& errorPointer,
+         std::string& error) {
+    bool const parsed = Json::sax_parse(json, &builder);
+    if (parsed && !builder.Failed()) {
+        return true;
+    }
+    errorPointer = builder.Failed() ? builder.ErrorPointer() : "";
+    error = builder.Failed() ? builder.Error() : "malformed JSON";
+    return false;
+}
+
+}  // namespace
+
+char const* KindName(JsonValue::Kind kind) {
+    switch (kind) {
+        case JsonValue::Kind::Null:
+            return "null";
+        case JsonValue::Kind::Boolean:
+            return "a boolean";
+        case JsonValue::Kind::Integer:
+        case JsonValue::Kind::Unsigned:
+        case JsonValue::Kind::Float:
+            return "a number";
+        case JsonValue::Kind::String:
+            return "a string";
+        case JsonValue::Kind::Array:
+            return "an array";
+        case JsonValue::Kind::Object:
+            return "an object";
+    }
+    return "a value";
+}
+
+bool ReadJsonMembers(std::string const& json,
+                     std::function<bool(std::string const& key, JsonValue& value,
+                                        std::string& refusal)> const& onMember,
+                     std::string& errorPointer, std::string& error) {
+    TreeBuilder builder(&onMember, nullptr);
+    return Run(json, builder, errorPointer, error);
+}
+
+bool ReadJsonValue(std::string const& json, JsonValue& out, std::string& errorPointer,
+                   std::string& error) {
+    out = JsonValue();
+    TreeBuilder builder(nullptr, &out);
+    return Run(json, builder, errorPointer, error);
+}
+
+void AppendJsonString(std::string& out, std::string const& text) {
+    out += Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+namespace {
+
+template <class F>
+void AppendFloating(std::string& out, F value) {
+    if (std::isnan(value)) {
+        out += "\"NaN\"";
+    } else if (std::isinf(value)) {
+        out += value < 0 ? "\"-Infinity\"" : "\"Infinity\"";
+    } else {
+        char text[64];
+        auto const written = std::to_chars(text, text + sizeof text, value);
+        out.append(text, written.ptr);
+    }
+}
+
+}  // namespace
+
+void AppendJsonFloat(std::string& out, float value) {
+    AppendFloating(out, value);
+}
+
+void AppendJsonDouble(std::string& out, double value) {
+    AppendFloating(out, value);
+}
+
+}  // namespace Files
+}  // namespace Oru
+}  // namespace Legacy

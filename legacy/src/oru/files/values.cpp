@@ -1,0 +1,1361 @@
+#include <legacy/oru/files/values.h>
+
+#include <algorithm>
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <type_traits>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include <legacy/oru/files/explain.h>
+#include <legacy/oru/oru.h>
+
+#include "families.h"
+#include "valuejson.h"
+
+namespace Legacy {
+namespace Oru {
+namespace Files {
+
+namespace {
+
+using ItemPtr = boost::intrusive_ptr<ItemBase>;
+using InfoPtr = boost::intrusive_ptr<InfoBase const>;
+using Kind = JsonValue::Kind;
+using StrEndpoint = Net::Endpoint<Net::AddrStr>;
+using StrAppEndpoint = AppEndpoint<StrEndpoint>;
+
+// A hostile array of a million wrong elements should not make a million
+// problems: past this many in one value the rest are counted.
+constexpr std::size_t k_maxProblemsPerValue = 20;
+
+// Largest magnitude up to which every whole double is exact.
+constexpr double k_exactDouble = 9007199254740992.0;
+
+// Collects the problems of the values read, capped per value.
+class Sink {
+public:
+    explicit Sink(Problems& problems) : problems_(problems) {}
+
+    void BeginValue() {
+        inValue_ = 0;
+        dropped_ = 0;
+    }
+    void Add(std::string pointer, std::string message) {
+        if (inValue_ >= k_maxProblemsPerValue) {
+            ++dropped_;
+            return;
+        }
+        ++inValue_;
+        problems_.push_back(Problem{std::move(pointer), std::move(message)});
+    }
+    void EndValue(std::string const& pointer) {
+        if (dropped_ > 0) {
+            problems_.push_back(
+                Problem{pointer, std::to_string(dropped_) + " more problems in this value"});
+        }
+        BeginValue();
+    }
+
+private:
+    Problems& problems_;
+    std::size_t inValue_ = 0;
+    std::size_t dropped_ = 0;
+};
+
+std::string Expected(char const* what, JsonValue const& value) {
+    return std::string("expected ") + what + ", not " + KindName(value.kind);
+}
+
+std::string Child(std::string const& pointer, std::size_t index) {
+    return pointer + "/" + std::to_string(index);
+}
+
+std::string Child(std::string const& pointer, std::string const& key) {
+    return pointer + "/" + PointerToken(key);
+}
+
+// ---- element types -------------------------------------------------------
+
+// Calls visit with an object of the traits class of type; false for none.
+template <class Visit>
+bool VisitElement(NumericType_t type, Visit&& visit) {
+    switch (type) {
+        case NumericType_t::U8:
+            visit(U8Traits{});
+            return true;
+        case NumericType_t::S8:
+            visit(S8Traits{});
+            return true;
+        case NumericType_t::U16:
+            visit(U16Traits{});
+            return true;
+        case NumericType_t::S16:
+            visit(S16Traits{});
+            return true;
+        case NumericType_t::U32:
+            visit(U32Traits{});
+            return true;
+        case NumericType_t::S32:
+            visit(S32Traits{});
+            return true;
+        case NumericType_t::U64:
+            visit(U64Traits{});
+            return true;
+        case NumericType_t::S64:
+            visit(S64Traits{});
+            return true;
+        case NumericType_t::Float:
+            visit(FloatTraits{});
+            return true;
+        case NumericType_t::Double:
+            visit(DoubleTraits{});
+            return true;
+        case NumericType_t::Undefined:
+            break;
+    }
+    return false;
+}
+
+// Coordinates and rectangles exist for three element types only.
+template <class Visit>
+bool VisitGeometry(NumericType_t type, Visit&& visit) {
+    switch (type) {
+        case NumericType_t::U16:
+            visit(U16Traits{});
+            return true;
+        case NumericType_t::S32:
+            visit(S32Traits{});
+            return true;
+        case NumericType_t::Float:
+            visit(FloatTraits{});
+            return true;
+        default:
+            return false;
+    }
+}
+
+template <class E>
+void AppendNumber(std::string& out, E value) {
+    if constexpr (std::is_same<E, float>::value) {
+        AppendJsonFloat(out, value);
+    } else if constexpr (std::is_same<E, double>::value) {
+        AppendJsonDouble(out, value);
+    } else {
+        // Wide types, so that the 8-bit elements are written as numbers.
+        using Wide = typename std::conditional<std::is_signed<E>::value, long long,
+                                               unsigned long long>::type;
+        char text[24];
+        auto const written = std::to_chars(text, text + sizeof text, static_cast<Wide>(value));
+        out.append(text, written.ptr);
+    }
+}
+
+template <class E>
+std::string NumberText(E value) {
+    std::string text;
+    AppendNumber(text, value);
+    return text;
+}
+
+// A hostile text of a million bytes is named by its start.
+std::string Shown(std::string const& text) {
+    return text.size() <= 40 ? text : text.substr(0, 32) + "...";
+}
+
+std::string NumberText(JsonValue const& value) {
+    if (Kind::Unsigned == value.kind) {
+        return std::to_string(value.natural);
+    }
+    if (Kind::Integer == value.kind) {
+        return std::to_string(value.integer);
+    }
+    return Shown(value.text);
+}
+
+template <class E>
+std::string OutOfRange(JsonValue const& value, char const* name) {
+    std::string message = NumberText(value) + " is out of the range of " + name;
+    if constexpr (std::is_integral<E>::value) {
+        message += " (" + NumberText(std::numeric_limits<E>::lowest()) + " to " +
+                   NumberText(std::numeric_limits<E>::max()) + ")";
+    }
+    return message;
+}
+
+// A number from the file's digits: exact for every integer type, never
+// wrapped, truncated or rounded into range.
+template <class E>
+bool ReadElement(JsonValue const& value, E& out, std::string& why, char const* name) {
+    if constexpr (std::is_floating_point<E>::value) {
+        switch (value.kind) {
+            case Kind::Unsigned:
+                out = static_cast<E>(value.natural);
+                return true;
+            case Kind::Integer:
+                out = static_cast<E>(value.integer);
+                return true;
+            case Kind::Float: {
+                char const* const begin = value.text.data();
+                char const* const end = begin + value.text.size();
+                E parsed{};
+                auto const result = std::from_chars(begin, end, parsed);
+                if (result.ec == std::errc() && result.ptr == end) {
+                    out = parsed;
+                    return true;
+                }
+                // Too small to hold is rounding to zero, too large is an error.
+                long double wide = 0;
+                auto const again = std::from_chars(begin, end, wide);
+                if (again.ec == std::errc() && again.ptr == end && std::fabs(wide) < 1) {
+                    out = static_cast<E>(wide);
+                    return true;
+                }
+                why = OutOfRange<E>(value, name);
+                return false;
+            }
+            case Kind::String:
+                if (value.text == "NaN") {
+                    out = std::numeric_limits<E>::quiet_NaN();
+                    return true;
+                }
+                if (value.text == "Infinity" || value.text == "-Infinity") {
+                    out = value.text[0] == '-' ? -std::numeric_limits<E>::infinity()
+                                               : std::numeric_limits<E>::infinity();
+                    return true;
+                }
+                break;
+            default:
+                break;
+        }
+        why = Expected("a number", value);
+        return false;
+    } else {
+        switch (value.kind) {
+            case Kind::Unsigned:
+                if (value.natural <= static_cast<std::uint64_t>(std::numeric_limits<E>::max())) {
+                    out = static_cast<E>(value.natural);
+                    return true;
+                }
+                why = OutOfRange<E>(value, name);
+                return false;
+            case Kind::Integer:
+                if constexpr (std::is_signed<E>::value) {
+                    if (value.integer >=
+                        static_cast<std::int64_t>(std::numeric_limits<E>::lowest())) {
+                        out = static_cast<E>(value.integer);
+                        return true;
+                    }
+                }
+                why = OutOfRange<E>(value, name);
+                return false;
+            case Kind::Float: {
+                // "2.0" and "1e3" are whole numbers; a double holds them
+                // exactly only up to 2^53.
+                double parsed = 0;
+                char const* const begin = value.text.data();
+                char const* const end = begin + value.text.size();
+                auto const result = std::from_chars(begin, end, parsed);
+                bool const read = result.ec == std::errc() && result.ptr == end;
+                long double tiny = 0;
+                auto const again = std::from_chars(begin, end, tiny);
+                bool const fraction = read ? parsed != std::trunc(parsed)
+                                           : again.ec == std::errc() && std::fabs(tiny) < 1;
+                if (fraction) {
+                    why = std::string("expected a whole number for ") + name + ", not " +
+                          NumberText(value);
+                    return false;
+                }
+                // Plain digits arrive here only when they overflow 64 bits.
+                // The maximum of a 64-bit type rounds up to a power of two as
+                // a double, which is itself out of range.
+                bool const digitsOnly = value.text.find_first_of(".eE") == std::string::npos;
+                double const beyond = std::ldexp(1.0, std::numeric_limits<E>::digits);
+                if (!read || digitsOnly ||
+                    parsed < static_cast<double>(std::numeric_limits<E>::lowest()) ||
+                    parsed >= beyond) {
+                    why = OutOfRange<E>(value, name);
+                    return false;
+                }
+                if (std::fabs(parsed) > k_exactDouble) {
+                    why = "write " + NumberText(value) +
+                          " in plain digits: in this form it is not exact";
+                    return false;
+                }
+                out = static_cast<E>(parsed);
+                return true;
+            }
+            default:
+                why = Expected("a number", value);
+                return false;
+        }
+    }
+}
+
+template <class T>
+bool ReadElement(JsonValue const& value, typename T::Element& out, std::string& why) {
+    return ReadElement(value, out, why, NumericTypeText(T::k_numericType));
+}
+
+// ---- shared forms --------------------------------------------------------
+
+// The members of an object by the names allowed, null where absent; unknown
+// and missing-but-required members are problems.
+bool ReadMembers(JsonValue const& value, std::vector<char const*> const& names, bool allRequired,
+                 std::vector<JsonValue const*>& out, Sink& sink, std::string const& pointer) {
+    out.assign(names.size(), nullptr);
+    bool ok = true;
+    for (std::size_t i = 0; i < value.keys.size(); ++i) {
+        std::size_t found = names.size();
+        for (std::size_t n = 0; n < names.size(); ++n) {
+            if (value.keys[i] == names[n]) {
+                found = n;
+            }
+        }
+        if (found == names.size()) {
+            std::string list;
+            for (char const* name : names) {
+                list += list.empty() ? "" : ", ";
+                list += name;
+            }
+            sink.Add(Child(pointer, value.keys[i]), "unknown member; expected " + list);
+            ok = false;
+        } else {
+            out[found] = &value.items[i];
+        }
+    }
+    if (allRequired) {
+        for (std::size_t n = 0; n < names.size(); ++n) {
+            if (!out[n]) {
+                sink.Add(pointer, std::string("missing member \"") + names[n] + "\"");
+                ok = false;
+            }
+        }
+    }
+    return ok;
+}
+
+// A fixed group of numbers: an object with exactly these members, or an
+// array of them in this order.
+template <class T>
+bool ReadTuple(JsonValue const& value, std::vector<char const*> const& names,
+               typename T::Element* out, Sink& sink, std::string const& pointer) {
+    std::vector<JsonValue const*> parts;
+    if (Kind::Object == value.kind) {
+        if (!ReadMembers(value, names, true, parts, sink, pointer)) {
+            return false;
+        }
+    } else if (Kind::Array == value.kind && value.items.size() == names.size()) {
+        for (JsonValue const& item : value.items) {
+            parts.push_back(&item);
+        }
+    } else {
+        std::string what = "an object {";
+        for (std::size_t n = 0; n < names.size(); ++n) {
+            what += n ? ", \"" : "\"";
+            what += names[n];
+            what += "\"";
+        }
+        what += "} or an array of " + std::to_string(names.size()) + " numbers";
+        sink.Add(pointer, Kind::Array == value.kind
+                              ? "expected " + what + ", not " + std::to_string(value.items.size()) +
+                                    " elements"
+                              : Expected(what.c_str(), value));
+        return false;
+    }
+    bool ok = true;
+    for (std::size_t n = 0; n < names.size(); ++n) {
+        std::string why;
+        if (!ReadElement<T>(*parts[n], out[n], why)) {
+            sink.Add(Kind::Object == value.kind ? Child(pointer, names[n]) : Child(pointer, n),
+                     why);
+            ok = false;
+        }
+    }
+    return ok;
+}
+
+template <class T>
+void AppendTuple(std::string& out, std::vector<char const*> const& names,
+                 std::vector<typename T::Element> const& numbers) {
+    out += "{";
+    for (std::size_t n = 0; n < names.size(); ++n) {
+        out += n ? ",\"" : "\"";
+        out += names[n];
+        out += "\":";
+        AppendNumber(out, numbers[n]);
+    }
+    out += "}";
+}
+
+std::vector<char const*> const k_coordinateNames = {"x", "y"};
+std::vector<char const*> const k_rectangleNames = {"left", "top", "right", "bottom"};
+std::vector<char const*> const k_colourNames = {"a", "r", "g", "b"};
+std::vector<char const*> const k_orientationNames = {"bearing", "inclination", "roll"};
+std::vector<char const*> const k_endpointNames = {"address", "port"};
+std::vector<char const*> const k_appEndpointNames = {"type",    "version", "compatVersion",
+                                                     "address", "port",    "prefix"};
+
+template <class T>
+std::vector<typename T::Element> RectangleNumbers(RectItem<T> const& rect) {
+    return {rect.TopLeft()->X()->GetVal(), rect.TopLeft()->Y()->GetVal(),
+            rect.BottomRight()->X()->GetVal(), rect.BottomRight()->Y()->GetVal()};
+}
+
+template <class T>
+bool ReadRectangle(JsonValue const& value, RectItem<T>& rect, Sink& sink,
+                   std::string const& pointer) {
+    typename T::Element numbers[4];
+    if (!ReadTuple<T>(value, k_rectangleNames, numbers, sink, pointer)) {
+        return false;
+    }
+    rect.TopLeft()->SetValX(numbers[0]);
+    rect.TopLeft()->SetValY(numbers[1]);
+    rect.BottomRight()->SetValX(numbers[2]);
+    rect.BottomRight()->SetValY(numbers[3]);
+    return true;
+}
+
+bool ReadString(JsonValue const& value, std::string& out, Sink& sink, std::string const& pointer) {
+    if (Kind::String != value.kind) {
+        sink.Add(pointer, Expected("a string", value));
+        return false;
+    }
+    out = value.text;
+    return true;
+}
+
+void AppendEndpoint(std::string& out, StrEndpoint const& endpoint) {
+    std::string const text = endpoint.ToString();
+    if (StrEndpoint::FromString(text) == endpoint) {
+        AppendJsonString(out, text);
+        return;
+    }
+    // An address whose text would be split elsewhere keeps its parts apart.
+    out += "{\"address\":";
+    AppendJsonString(out, endpoint.GetAddr().ToString());
+    out += ",\"port\":";
+    AppendNumber(out, endpoint.GetPort());
+    out += "}";
+}
+
+bool ReadEndpoint(JsonValue const& value, StrEndpoint& out, Sink& sink,
+                  std::string const& pointer) {
+    if (Kind::String == value.kind) {
+        out = StrEndpoint::FromString(value.text);
+        return true;
+    }
+    if (Kind::Object != value.kind) {
+        sink.Add(pointer, Expected("a string \"address:port\" or an object", value));
+        return false;
+    }
+    std::vector<JsonValue const*> parts;
+    if (!ReadMembers(value, k_endpointNames, false, parts, sink, pointer)) {
+        return false;
+    }
+    std::string address;
+    unsigned short port = 0;
+    std::string why;
+    if (parts[0] && !ReadString(*parts[0], address, sink, Child(pointer, "address"))) {
+        return false;
+    }
+    if (parts[1] && !ReadElement<U16Traits>(*parts[1], port, why)) {
+        sink.Add(Child(pointer, "port"), why);
+        return false;
+    }
+    out = StrEndpoint(Net::AddrStr(address), port);
+    return true;
+}
+
+void AppendAppEndpoint(std::string& out, StrAppEndpoint const& endpoint) {
+    std::string const uri = endpoint.ToUri();
+    if (StrAppEndpoint::FromUri(uri) == endpoint) {
+        AppendJsonString(out, uri);
+        return;
+    }
+    // Versions, prefix or an endpoint the URI does not carry back: every field.
+    out += "{\"type\":";
+    AppendNumber(out, static_cast<std::uint32_t>(endpoint.GetAppProtocolType()));
+    out += ",\"version\":";
+    AppendNumber(out, endpoint.GetAppProtocolVersion());
+    out += ",\"compatVersion\":";
+    AppendNumber(out, endpoint.GetAppProtocolCompatVersion());
+    out += ",\"address\":";
+    AppendJsonString(out, endpoint.GetAddr().ToString());
+    out += ",\"port\":";
+    AppendNumber(out, endpoint.GetPort());
+    out += ",\"prefix\":";
+    AppendNumber(out, endpoint.GetAddrGroupPrefix());
+    out += "}";
+}
+
+bool ReadAppEndpoint(JsonValue const& value, StrAppEndpoint& out, Sink& sink,
+                     std::string const& pointer) {
+    if (Kind::String == value.kind) {
+        if (value.text.find("://") == std::string::npos) {
+            sink.Add(pointer, "expected a URI such as \"http://10.0.0.1:80\", not \"" +
+                                  Shown(value.text) + "\"");
+            return false;
+        }
+        out = StrAppEndpoint::FromUri(value.text);
+        return true;
+    }
+    if (Kind::Object != value.kind) {
+        sink.Add(pointer, Expected("a URI or an object", value));
+        return false;
+    }
+    std::vector<JsonValue const*> parts;
+    if (!ReadMembers(value, k_appEndpointNames, false, parts, sink, pointer)) {
+        return false;
+    }
+    std::uint32_t type = 0;
+    unsigned short version = 0;
+    unsigned short compatVersion = 0;
+    unsigned short port = 0;
+    unsigned char prefix = 0;
+    std::string address;
+    std::string why;
+    bool ok = true;
+    auto number = [&](std::size_t index, auto& field) {
+        using E = typename std::decay<decltype(field)>::type;
+        if (parts[index] && !ReadElement(*parts[index], field, why,
+                                         std::is_same<E, std::uint32_t>::value   ? "U32"
+                                         : std::is_same<E, unsigned char>::value ? "U8"
+                                                                                 : "U16")) {
+            sink.Add(Child(pointer, k_appEndpointNames[index]), why);
+            ok = false;
+        }
+    };
+    number(0, type);
+    number(1, version);
+    number(2, compatVersion);
+    if (parts[3] && !ReadString(*parts[3], address, sink, Child(pointer, "address"))) {
+        ok = false;
+    }
+    number(4, port);
+    number(5, prefix);
+    if (ok) {
+        out = StrAppEndpoint(
+            AppProtocolInfo_t(static_cast<AppProtocolType_t>(type), version, compatVersion),
+            StrEndpoint(Net::AddrStr(address), port), prefix);
+    }
+    return ok;
+}
+
+// ---- writing -------------------------------------------------------------
+
+bool AppendValue(std::string& out, ItemBase const& item, InfoBase const* info);
+
+template <class I>
+I const* As(ItemBase const& item) {
+    return dynamic_cast<I const*>(&item);
+}
+
+template <class Container, class AppendOne>
+void AppendArray(std::string& out, Container const& values, AppendOne appendOne) {
+    out += "[";
+    bool first = true;
+    for (auto const& value : values) {
+        if (!first) {
+            out += ",";
+        }
+        first = false;
+        appendOne(value);
+    }
+    out += "]";
+}
+
+bool AppendNumericFamily(std::string& out, ItemBase const& item) {
+    bool written = false;
+    VisitElement(item.GetNumericType(), [&](auto traits) {
+        using T = decltype(traits);
+        switch (item.GetType()) {
+            case OruType_t::Numeric:
+                if (auto const* numeric = As<NumericItem<T>>(item)) {
+                    AppendNumber(out, numeric->GetVal());
+                    written = true;
+                }
+                break;
+            case OruType_t::NumericSparse:
+                if (auto const* sparse = As<NumericSparseItem<T>>(item)) {
+                    AppendNumber(out, sparse->GetVal());
+                    written = true;
+                }
+                break;
+            case OruType_t::NumericArray:
+                if (auto const* array = As<NumericArrayItem<T>>(item)) {
+                    AppendArray(out, array->Val(), [&](auto number) { AppendNumber(out, number); });
+                    written = true;
+                }
+                break;
+            default:
+                break;
+        }
+    });
+    return written;
+}
+
+bool AppendGeometryFamily(std::string& out, ItemBase const& item) {
+    bool written = false;
+    VisitGeometry(item.GetNumericType(), [&](auto traits) {
+        using T = decltype(traits);
+        if (auto const* coordinate = As<CoordinateItem<T>>(item)) {
+            AppendTuple<T>(out, k_coordinateNames,
+                           {coordinate->X()->GetVal(), coordinate->Y()->GetVal()});
+            written = true;
+        } else if (auto const* rect = As<RectItem<T>>(item)) {
+            AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(*rect));
+            written = true;
+        }
+        if constexpr (std::is_same<T, U16Traits>::value) {
+            if (auto const* rects = As<RectArrayItem<T>>(item)) {
+                AppendArray(out, rects->Val(), [&](RectItem<T> const& one) {
+                    AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(one));
+                });
+                written = true;
+            }
+        }
+    });
+    return written;
+}
+
+// The enumeration entry's name when it leads back to the same number.
+void AppendEnum(std::string& out, int value, InfoBase const* info) {
+    if (auto const* enumInfo = dynamic_cast<EnumInfo const*>(info)) {
+        std::string name;
+        int back = 0;
+        if (enumInfo->GetElemName(value, name) == 0 && !name.empty() &&
+            enumInfo->GetElemVal(name, back) == 0 && back == value) {
+            AppendJsonString(out, name);
+            return;
+        }
+    }
+    AppendNumber(out, value);
+}
+
+bool AppendComposite(std::string& out, CompositeItem const& composite, InfoBase const* info) {
+    auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(info);
+    std::vector<CompositeItem::ConstItemPtr> children;
+    composite.GetItems(children);
+    out += "[";
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        if (i) {
+            out += ",";
+        }
+        InfoPtr childInfo;
+        if (compositeInfo) {
+            childInfo = compositeInfo->GetInfo(i);
+        }
+        if (!AppendValue(out, *children[i], childInfo.get())) {
+            out += "null";
+        }
+    }
+    out += "]";
+    return true;
+}
+
+// False for a family without a value form.
+bool AppendValue(std::string& out, ItemBase const& item, InfoBase const* info) {
+    switch (item.GetType()) {
+        case OruType_t::Bool:
+            if (auto const* flag = As<BoolItem>(item)) {
+                out += flag->GetVal() ? "true" : "false";
+                return true;
+            }
+            return false;
+        case OruType_t::Numeric:
+        case OruType_t::NumericArray:
+        case OruType_t::NumericSparse:
+            return AppendNumericFamily(out, item);
+        case OruType_t::Enum:
+            if (auto const* choice = As<EnumItem>(item)) {
+                AppendEnum(out, choice->GetVal(), info);
+                return true;
+            }
+            return false;
+        case OruType_t::String:
+            if (auto const* text = As<StringItem>(item)) {
+                AppendJsonString(out, text->Val());
+                return true;
+            }
+            return false;
+        case OruType_t::StringArray:
+            if (auto const* texts = As<StringArrayItem>(item)) {
+                AppendArray(out, texts->Val(),
+                            [&](std::string const& one) { AppendJsonString(out, one); });
+                return true;
+            }
+            return false;
+        case OruType_t::BoolArray:
+            if (auto const* flags = As<BoolArrayItem>(item)) {
+                AppendArray(out, flags->Val(), [&](bool one) { out += one ? "true" : "false"; });
+                return true;
+            }
+            return false;
+        case OruType_t::StringSparse:
+            if (auto const* text = As<StringSparseItem>(item)) {
+                AppendJsonString(out, text->Val());
+                return true;
+            }
+            return false;
+        case OruType_t::Colour:
+            if (auto const* colour = As<ColourItem>(item)) {
+                AppendTuple<FloatTraits>(
+                    out, k_colourNames,
+                    {colour->GetA(), colour->GetR(), colour->GetG(), colour->GetB()});
+                return true;
+            }
+            return false;
+        case OruType_t::Coordinate:
+        case OruType_t::Rectangle:
+        case OruType_t::RectArray:
+            return AppendGeometryFamily(out, item);
+        case OruType_t::Orientation:
+            if (auto const* orientation = As<OrientationItem>(item)) {
+                AppendTuple<FloatTraits>(out, k_orientationNames,
+                                         {orientation->GetBearing(), orientation->GetInclination(),
+                                          orientation->GetRoll()});
+                return true;
+            }
+            return false;
+        case OruType_t::Addr:
+            if (auto const* addr = As<AddrItem>(item)) {
+                AppendJsonString(out, addr->Val().ToString());
+                return true;
+            }
+            return false;
+        case OruType_t::Endpoint:
+            if (auto const* endpoint = As<EndpointItem>(item)) {
+                AppendEndpoint(out, endpoint->Val());
+                return true;
+            }
+            return false;
+        case OruType_t::AppEndpoint:
+            if (auto const* endpoint = As<AppEndpointItem>(item)) {
+                AppendAppEndpoint(out, endpoint->Val());
+                return true;
+            }
+            return false;
+        case OruType_t::AppEndpointArray:
+            if (auto const* endpoints = As<AppEndpointArrayItem>(item)) {
+                AppendArray(out, endpoints->Val(),
+                            [&](StrAppEndpoint const& one) { AppendAppEndpoint(out, one); });
+                return true;
+            }
+            return false;
+        case OruType_t::Extended:
+            if (auto const* pair = As<ExtendedItem>(item)) {
+                out += "[";
+                AppendJsonString(out, pair->Val().first);
+                out += ",";
+                AppendJsonString(out, pair->Val().second);
+                out += "]";
+                return true;
+            }
+            return false;
+        case OruType_t::Composite:
+            if (auto const* composite = As<CompositeItem>(item)) {
+                return AppendComposite(out, *composite, info);
+            }
+            return false;
+        default:
+            return false;
+    }
+}
+
+// ---- reading -------------------------------------------------------------
+
+ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
+                 std::string const& pointer);
+
+// A new Item of the Info's family, from the Info, so that a class derived
+// from the family's Info makes its own kind of Item.
+template <class I>
+boost::intrusive_ptr<I> MakeItem(InfoBase const& info, Sink& sink, std::string const& pointer) {
+    ItemPtr made(info.CreateItem());
+    boost::intrusive_ptr<I> typed(dynamic_cast<I*>(made.get()));
+    if (!typed) {
+        sink.Add(pointer, "the setting's definition makes no Item of its own family");
+    }
+    return typed;
+}
+
+template <class Each>
+bool ReadArray(JsonValue const& value, char const* what, Sink& sink, std::string const& pointer,
+               Each each) {
+    if (Kind::Array != value.kind) {
+        sink.Add(pointer, Expected(what, value));
+        return false;
+    }
+    bool ok = true;
+    for (std::size_t i = 0; i < value.items.size(); ++i) {
+        ok = each(value.items[i], Child(pointer, i)) && ok;
+    }
+    return ok;
+}
+
+ItemPtr ReadNumericFamily(JsonValue const& value, InfoBase const& info, Sink& sink,
+                          std::string const& pointer) {
+    ItemPtr result;
+    bool const known = VisitElement(info.GetNumericType(), [&](auto traits) {
+        using T = decltype(traits);
+        using E = typename T::Element;
+        std::string why;
+        switch (info.GetType()) {
+            case OruType_t::Numeric:
+                if (auto item = MakeItem<NumericItem<T>>(info, sink, pointer)) {
+                    if (ReadElement<T>(value, item->Val(), why)) {
+                        result = item;
+                    } else {
+                        sink.Add(pointer, why);
+                    }
+                }
+                break;
+            case OruType_t::NumericSparse:
+                if (auto item = MakeItem<NumericSparseItem<T>>(info, sink, pointer)) {
+                    if (ReadElement<T>(value, item->Val(), why)) {
+                        result = item;
+                    } else {
+                        sink.Add(pointer, why);
+                    }
+                }
+                break;
+            case OruType_t::NumericArray:
+                if (auto item = MakeItem<NumericArrayItem<T>>(info, sink, pointer)) {
+                    std::vector<E> numbers;
+                    numbers.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+                    bool const ok =
+                        ReadArray(value, "an array of numbers", sink, pointer,
+                                  [&](JsonValue const& element, std::string const& at) {
+                                      E number{};
+                                      std::string elementWhy;
+                                      if (!ReadElement<T>(element, number, elementWhy)) {
+                                          sink.Add(at, elementWhy);
+                                          return false;
+                                      }
+                                      numbers.push_back(number);
+                                      return true;
+                                  });
+                    if (ok) {
+                        item->Val().swap(numbers);
+                        result = item;
+                    }
+                }
+                break;
+            default:
+                break;
+        }
+    });
+    if (!known) {
+        sink.Add(pointer, "the setting's definition has no element type");
+    }
+    return result;
+}
+
+ItemPtr ReadGeometryFamily(JsonValue const& value, InfoBase const& info, Sink& sink,
+                           std::string const& pointer) {
+    ItemPtr result;
+    bool const known = VisitGeometry(info.GetNumericType(), [&](auto traits) {
+        using T = decltype(traits);
+        switch (info.GetType()) {
+            case OruType_t::Coordinate:
+                if (auto item = MakeItem<CoordinateItem<T>>(info, sink, pointer)) {
+                    typename T::Element numbers[2];
+                    if (ReadTuple<T>(value, k_coordinateNames, numbers, sink, pointer)) {
+                        item->SetValX(numbers[0]);
+                        item->SetValY(numbers[1]);
+                        result = item;
+                    }
+                }
+                break;
+            case OruType_t::Rectangle:
+                if (auto item = MakeItem<RectItem<T>>(info, sink, pointer)) {
+                    if (ReadRectangle(value, *item, sink, pointer)) {
+                        result = item;
+                    }
+                }
+                break;
+            case OruType_t::RectArray:
+                if constexpr (std::is_same<T, U16Traits>::value) {
+                    if (auto item = MakeItem<RectArrayItem<T>>(info, sink, pointer)) {
+                        typename RectArrayItem<T>::Rects rects;
+                        rects.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+                        bool const ok =
+                            ReadArray(value, "an array of rectangles", sink, pointer,
+                                      [&](JsonValue const& element, std::string const& at) {
+                                          rects.emplace_back(0);
+                                          return ReadRectangle(element, rects.back(), sink, at);
+                                      });
+                        if (ok) {
+                            item->SetVal(rects);
+                            result = item;
+                        }
+                        break;
+                    }
+                }
+                sink.Add(pointer, "rectangle arrays hold U16 numbers only");
+                break;
+            default:
+                break;
+        }
+    });
+    if (!known) {
+        sink.Add(pointer, "the setting's definition has no element type of its family");
+    }
+    return result;
+}
+
+ItemPtr ReadComposite(JsonValue const& value, InfoBase const& info, Sink& sink,
+                      std::string const& pointer) {
+    auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(&info);
+    if (!compositeInfo) {
+        sink.Add(pointer, "the setting's definition is no composite");
+        return nullptr;
+    }
+    if (Kind::Array != value.kind) {
+        sink.Add(pointer, Expected("an array with one value per part", value));
+        return nullptr;
+    }
+    if (value.items.size() != compositeInfo->GetSize()) {
+        sink.Add(pointer, "expected " + std::to_string(compositeInfo->GetSize()) +
+                              " values, one per part, not " + std::to_string(value.items.size()));
+        return nullptr;
+    }
+    std::vector<CompositeItem::ItemPtr> children;
+    bool ok = true;
+    for (std::size_t i = 0; i < value.items.size(); ++i) {
+        InfoPtr const childInfo = compositeInfo->GetInfo(i);
+        ItemPtr child =
+            childInfo ? ReadItem(value.items[i], *childInfo, sink, Child(pointer, i)) : nullptr;
+        ok = ok && child;
+        children.push_back(child);
+    }
+    if (!ok) {
+        return nullptr;
+    }
+    boost::intrusive_ptr<CompositeItem> composite(new CompositeItem(info.GetId()));
+    composite->SetItems(children);
+    return composite;
+}
+
+ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
+                 std::string const& pointer) {
+    switch (info.GetType()) {
+        case OruType_t::Bool:
+            if (auto item = MakeItem<BoolItem>(info, sink, pointer)) {
+                if (Kind::Boolean == value.kind) {
+                    item->SetVal(value.boolean);
+                    return item;
+                }
+                sink.Add(pointer, Expected("true or false", value));
+            }
+            return nullptr;
+        case OruType_t::Numeric:
+        case OruType_t::NumericArray:
+        case OruType_t::NumericSparse:
+            return ReadNumericFamily(value, info, sink, pointer);
+        case OruType_t::Enum:
+            if (auto item = MakeItem<EnumItem>(info, sink, pointer)) {
+                if (Kind::String == value.kind) {
+                    auto const* enumInfo = dynamic_cast<EnumInfo const*>(&info);
+                    if (!enumInfo || enumInfo->GetElemVal(value.text, item->Val()) != 0) {
+                        sink.Add(pointer, "no entry is named \"" + Shown(value.text) + "\"");
+                        return nullptr;
+                    }
+                    return item;
+                }
+                std::string why;
+                if (ReadElement(value, item->Val(), why, "Enum")) {
+                    return item;
+                }
+                sink.Add(pointer, Kind::String == value.kind || Kind::Unsigned == value.kind ||
+                                          Kind::Integer == value.kind || Kind::Float == value.kind
+                                      ? why
+                                      : Expected("an entry's name or number", value));
+            }
+            return nullptr;
+        case OruType_t::String:
+            if (auto item = MakeItem<StringItem>(info, sink, pointer)) {
+                if (ReadString(value, item->Val(), sink, pointer)) {
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::StringArray:
+            if (auto item = MakeItem<StringArrayItem>(info, sink, pointer)) {
+                std::vector<std::string> texts;
+                texts.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+                if (ReadArray(value, "an array of strings", sink, pointer,
+                              [&](JsonValue const& element, std::string const& at) {
+                                  texts.emplace_back();
+                                  return ReadString(element, texts.back(), sink, at);
+                              })) {
+                    item->Val().swap(texts);
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::BoolArray:
+            if (auto item = MakeItem<BoolArrayItem>(info, sink, pointer)) {
+                std::vector<bool> flags;
+                flags.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+                if (ReadArray(value, "an array of true and false", sink, pointer,
+                              [&](JsonValue const& element, std::string const& at) {
+                                  if (Kind::Boolean != element.kind) {
+                                      sink.Add(at, Expected("true or false", element));
+                                      return false;
+                                  }
+                                  flags.push_back(element.boolean);
+                                  return true;
+                              })) {
+                    item->Val().swap(flags);
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::StringSparse:
+            if (auto item = MakeItem<StringSparseItem>(info, sink, pointer)) {
+                if (ReadString(value, item->Val(), sink, pointer)) {
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::Colour:
+            if (auto item = MakeItem<ColourItem>(info, sink, pointer)) {
+                float parts[4];
+                if (ReadTuple<FloatTraits>(value, k_colourNames, parts, sink, pointer)) {
+                    item->Set(parts[0], parts[1], parts[2], parts[3]);
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::Coordinate:
+        case OruType_t::Rectangle:
+        case OruType_t::RectArray:
+            return ReadGeometryFamily(value, info, sink, pointer);
+        case OruType_t::Orientation:
+            if (auto item = MakeItem<OrientationItem>(info, sink, pointer)) {
+                float parts[3];
+                if (ReadTuple<FloatTraits>(value, k_orientationNames, parts, sink, pointer)) {
+                    item->Set(Orientation_t{parts[0], parts[1], parts[2]});
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::Addr:
+            if (auto item = MakeItem<AddrItem>(info, sink, pointer)) {
+                std::string text;
+                if (ReadString(value, text, sink, pointer)) {
+                    item->SetVal(Net::AddrStr(text));
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::Endpoint:
+            if (auto item = MakeItem<EndpointItem>(info, sink, pointer)) {
+                if (ReadEndpoint(value, item->Val(), sink, pointer)) {
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::AppEndpoint:
+            if (auto item = MakeItem<AppEndpointItem>(info, sink, pointer)) {
+                if (ReadAppEndpoint(value, item->Val(), sink, pointer)) {
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::AppEndpointArray:
+            if (auto item = MakeItem<AppEndpointArrayItem>(info, sink, pointer)) {
+                AppEndpointArrayItem::Value_t endpoints;
+                endpoints.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+                if (ReadArray(value, "an array of URIs", sink, pointer,
+                              [&](JsonValue const& element, std::string const& at) {
+                                  endpoints.emplace_back();
+                                  return ReadAppEndpoint(element, endpoints.back(), sink, at);
+                              })) {
+                    item->Val().swap(endpoints);
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::Extended:
+            if (auto item = MakeItem<ExtendedItem>(info, sink, pointer)) {
+                if (Kind::Array != value.kind || value.items.size() != 2) {
+                    sink.Add(pointer, Kind::Array == value.kind
+                                          ? "expected an array of two strings, not " +
+                                                std::to_string(value.items.size()) + " elements"
+                                          : Expected("an array of two strings", value));
+                    return nullptr;
+                }
+                ExtendedItem::Pair pair;
+                bool const first = ReadString(value.items[0], pair.first, sink, Child(pointer, 0));
+                bool const second =
+                    ReadString(value.items[1], pair.second, sink, Child(pointer, 1));
+                if (first && second) {
+                    item->SetVal(pair);
+                    return item;
+                }
+            }
+            return nullptr;
+        case OruType_t::Composite:
+            return ReadComposite(value, info, sink, pointer);
+        default:
+            sink.Add(pointer, std::string("settings of the ") + OruTypeText(info.GetType()) +
+                                  " family have no value form");
+            return nullptr;
+    }
+}
+
+// ---- checking ------------------------------------------------------------
+
+std::string Quoted(std::string const& name) {
+    return "Setting '" + name + "': ";
+}
+
+// The families whose model check refuses every value are checked by what
+// their own classes offer instead: table membership, or bounds.
+bool CheckItem(ItemBase const& item, InfoPtr const& info, Sink& sink, std::string const& pointer) {
+    std::string text;
+    bool ok = true;
+    switch (info->GetType()) {
+        case OruType_t::NumericSparse:
+            VisitElement(info->GetNumericType(), [&](auto traits) {
+                using T = decltype(traits);
+                auto const* sparseInfo = dynamic_cast<NumericSparseInfo<T> const*>(info.get());
+                auto const* sparse = As<NumericSparseItem<T>>(item);
+                ok = sparseInfo && sparse && sparseInfo->IsPresent(sparse->GetVal());
+            });
+            if (!ok) {
+                AppendValue(text, item, info.get());
+                sink.Add(pointer, Quoted(info->GetName()) + text + " is not an allowed value");
+            }
+            return ok;
+        case OruType_t::StringSparse: {
+            auto const* sparseInfo = dynamic_cast<StringSparseInfo const*>(info.get());
+            auto const* sparse = As<StringSparseItem>(item);
+            if (sparseInfo && sparse && sparseInfo->IsPresent(sparse->Val())) {
+                return true;
+            }
+            AppendValue(text, item, info.get());
+            sink.Add(pointer, Quoted(info->GetName()) + text + " is not an allowed value");
+            return false;
+        }
+        case OruType_t::Coordinate:
+        case OruType_t::Rectangle:
+        case OruType_t::RectArray:
+            ok = false;
+            VisitGeometry(info->GetNumericType(), [&](auto traits) {
+                using T = decltype(traits);
+                if (auto const* coordinateInfo =
+                        dynamic_cast<CoordinateInfo<T> const*>(info.get())) {
+                    auto const* coordinate = As<CoordinateItem<T>>(item);
+                    ok = coordinate && coordinate->WithinBounds(*coordinateInfo);
+                } else if (auto const* rectInfo = dynamic_cast<RectInfo<T> const*>(info.get())) {
+                    auto const* rect = As<RectItem<T>>(item);
+                    ok = rect && rect->WithinBounds(*rectInfo);
+                }
+                if constexpr (std::is_same<T, U16Traits>::value) {
+                    if (auto const* rectsInfo = dynamic_cast<RectArrayInfo<T> const*>(info.get())) {
+                        auto const* rects = As<RectArrayItem<T>>(item);
+                        ok = rects && rects->WithinBounds(*rectsInfo);
+                    }
+                }
+            });
+            if (!ok) {
+                AppendValue(text, item, info.get());
+                sink.Add(pointer, Quoted(info->GetName()) + text + " is outside its bounds");
+            }
+            return ok;
+        default:
+            break;
+    }
+    if (item.Validate(info)) {
+        std::optional<Explanation> const why = Explain(item, info);
+        sink.Add(pointer, why ? why->text : Quoted(info->GetName()) + "the value fails its check");
+        return false;
+    }
+    // A composite's own check looks at its shape; its parts are checked here.
+    if (OruType_t::Composite == info->GetType()) {
+        auto const* composite = As<CompositeItem>(item);
+        auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(info.get());
+        if (!composite || !compositeInfo) {
+            return true;
+        }
+        for (std::size_t i = 0; i < composite->GetSize(); ++i) {
+            CompositeItem::ConstItemPtr const child = composite->GetItem(i);
+            InfoPtr const childInfo = compositeInfo->GetInfo(i);
+            if (child && childInfo) {
+                ok = CheckItem(*child, childInfo, sink, Child(pointer, i)) && ok;
+            }
+        }
+    }
+    return ok;
+}
+
+// The section path of each setting, looked up once per section.
+class PathNames {
+public:
+    explicit PathNames(InfoItemDirectory const& directory) : directory_(directory) {}
+
+    std::string Path(InfoBase const& info) {
+        InfoItemSectionId const id(info.GetId());
+        unsigned int const section = id.GetSectionId(id.Depth());
+        auto found = sections_.find(section);
+        if (found == sections_.end()) {
+            found = sections_.emplace(section, directory_.FindSection(id).GetSectionName()).first;
+        }
+        return found->second + "/" + info.GetName();
+    }
+
+private:
+    InfoItemDirectory const& directory_;
+    std::unordered_map<unsigned int, std::string> sections_;
+};
+
+}  // namespace
+
+ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, Apply mode) {
+    ValuesReport report;
+    Sink sink(report.problems);
+    auto delta = std::make_shared<InfoItemDirectoryDelta>();
+    // Where each setting's member stands in origins, to find a key given
+    // twice and to name the value the directory refuses.
+    std::vector<std::pair<unsigned int, std::string>> origins;
+    std::unordered_map<unsigned int, std::size_t> seen;
+    std::unordered_set<std::string> unknown;
+    std::size_t const expected = std::min<std::size_t>(json.size() / 16, std::size_t(1) << 20);
+    seen.reserve(expected);
+    origins.reserve(expected);
+
+    auto const onMember = [&](std::string const& key, JsonValue& value, std::string& refusal) {
+        std::string pointer;
+        pointer.reserve(key.size() + 8);
+        pointer += "/";
+        pointer += PointerToken(key);
+        sink.BeginValue();
+        boost::intrusive_ptr<InfoItemHolder const> const slot = directory.FindInfoItem(key);
+        if (!slot) {
+            if (!unknown.insert(key).second) {
+                refusal = "the key appears twice";
+                return false;
+            }
+            sink.Add(std::move(pointer), "no setting has this path");
+            return true;
+        }
+        InfoPtr const info = slot->GetInfoHolder()->GetInfo();
+        auto const first = seen.emplace(info->GetId(), origins.size());
+        if (!first.second) {
+            if (origins[first.first->second].second == pointer) {
+                refusal = "the key appears twice";
+                return false;
+            }
+            sink.Add(std::move(pointer), "the setting is given twice, under another path");
+            return true;
+        }
+        ItemPtr const item = ReadItem(value, *info, sink, pointer);
+        bool const passed = item && CheckItem(*item, info, sink, pointer);
+        sink.EndValue(pointer);
+        if (passed) {
+            delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
+        }
+        origins.emplace_back(info->GetId(), std::move(pointer));
+        return true;
+    };
+
+    std::string errorPointer;
+    std::string error;
+    if (!ReadJsonMembers(json, onMember, errorPointer, error)) {
+        report.problems.assign(1, Problem{errorPointer, error});
+        return report;
+    }
+    auto const& items = delta->GetItemHolderPtrMap_addMod();
+    if (items.empty() || (Apply::AllOrNothing == mode && !report.problems.empty())) {
+        return report;
+    }
+    int const code = directory.UpdateFromDelta(delta, false, true);
+    if (code == 0) {
+        report.applied = items.size();
+        return report;
+    }
+    // The directory stops at its first failure, in id order; what went before stays.
+    unsigned int refused = 0;
+    for (auto const& entry : items) {
+        if (directory.FindItem(entry.first) == entry.second) {
+            ++report.applied;
+        } else {
+            refused = entry.first;
+            break;
+        }
+    }
+    std::string pointer;
+    for (auto const& origin : origins) {
+        if (origin.first == refused) {
+            pointer = origin.second;
+        }
+    }
+    report.problems.push_back(
+        Problem{pointer, "the directory refused the value with code " + std::to_string(code) +
+                             "; " + std::to_string(report.applied) + " of " +
+                             std::to_string(items.size()) + " values were applied"});
+    return report;
+}
+
+std::string WriteValues(InfoItemDirectory const& directory) {
+    std::vector<boost::intrusive_ptr<InfoItemHolder const>> slots;
+    directory.GetAllInfoItems(slots);
+    PathNames paths(directory);
+    std::string out = "{";
+    std::string value;
+    bool first = true;
+    for (auto const& slot : slots) {
+        auto const& itemHolder = slot->GetItemHolder();
+        if (!itemHolder) {
+            continue;
+        }
+        InfoBase const& info = *slot->GetInfoHolder()->GetInfo();
+        value.clear();
+        if (!AppendValue(value, *itemHolder->GetItem(), &info)) {
+            continue;
+        }
+        out += first ? "\n  " : ",\n  ";
+        first = false;
+        AppendJsonString(out, paths.Path(info));
+        out += ": ";
+        out += value;
+    }
+    out += first ? "}\n" : "\n}\n";
+    return out;
+}
+
+boost::intrusive_ptr<ItemBase> ReadValue(std::string const& json, InfoBase const& info,
+                                         Problems& problems, std::string const& pointer) {
+    JsonValue value;
+    std::string errorPointer;
+    std::string error;
+    if (!ReadJsonValue(json, value, errorPointer, error)) {
+        problems.push_back(Problem{pointer + errorPointer, error});
+        return nullptr;
+    }
+    Sink sink(problems);
+    ItemPtr item = ReadItem(value, info, sink, pointer);
+    sink.EndValue(pointer);
+    return item;
+}
+
+std::string WriteValue(ItemBase const& item) {
+    std::string out;
+    if (!AppendValue(out, item, nullptr)) {
+        return "null";
+    }
+    return out;
+}
+
+}  // namespace Files
+}  // namespace Oru
+}  // namespace Legacy
