@@ -1,26 +1,22 @@
 // oru decode: reads serial records laid flat (ten header bytes, then the
 // payload) and says what each one holds.
-#include <cerrno>
 #include <cstdint>
-#include <cstring>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include <sys/stat.h>
-
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include <legacy/oru/files/explain.h>
 #include <legacy/oru/oru.h>
 
 #include "codes.h"
 
 #include "commands.h"
+#include "described.h"
 #include "families.h"
 #include "util.h"
 
@@ -43,6 +39,7 @@ struct Options {
     bool json = false;
     std::size_t offset = 0;
     std::string file = "-";
+    std::string names;  // a description: records are named by path and checked
 };
 
 // One JSON object per line. Text the library wrote is bytes: valid UTF-8
@@ -100,7 +97,11 @@ void AddIdJson(std::uint32_t raw, nlohmann::ordered_json& json) {
 
 class Decoder {
 public:
-    Decoder(Options const& options, std::ostream& out) : options_(options), out_(out) {}
+    // With a directory, top-level records are named by their setting's path
+    // and checked against its Info.
+    Decoder(Options const& options, std::ostream& out,
+            Legacy::Oru::InfoItemDirectory const* described)
+        : options_(options), out_(out), described_(described) {}
 
     // Decodes the records laid one after another in bytes from the chosen
     // offset on; answers whether every one of them read.
@@ -148,6 +149,7 @@ private:
         int const code = ItemBase::Deserialize(&record, item);
         std::string const family = FamilyName(type, numericType);
         std::string const value = code == 0 ? item->GetValAsString() : std::string();
+        Named const named = Name(id, depth, code == 0 ? item.get() : nullptr);
 
         if (options_.json) {
             nlohmann::ordered_json json;
@@ -155,6 +157,10 @@ private:
             json["nesting"] = depth;
             json["id"] = HexId(id);
             AddIdJson(id, json);
+            if (described_ && depth == 0) {
+                json["path"] = named.path.empty() ? nlohmann::ordered_json()
+                                                  : nlohmann::ordered_json(named.path);
+            }
             json["type"] = family;
             json["typeByte"] = type;
             json["numericTypeByte"] = numericType;
@@ -165,21 +171,58 @@ private:
             } else {
                 json["meaning"] = Legacy::Oru::Codes::Meaning(code);
             }
+            if (named.checked) {
+                json["passes"] = named.reason.empty();
+                if (!named.reason.empty()) {
+                    json["reason"] = named.reason;
+                }
+            }
             out_ << Dump(json) << "\n";
         } else {
             std::string const indent(2 * static_cast<std::size_t>(depth), ' ');
-            out_ << indent << "@" << offset << " " << HexId(id) << " (" << IdText(id) << ") "
-                 << family << " size " << size;
+            std::string const where = !described_ || depth > 0 ? IdText(id)
+                                      : named.path.empty() ? IdText(id) + ", not in the description"
+                                                           : named.path;
+            out_ << indent << "@" << offset << " " << HexId(id) << " (" << where << ") " << family
+                 << " size " << size;
             if (code == 0) {
                 out_ << ": " << value << "\n";
             } else {
                 out_ << ": does not read, " << CodeText(code) << "\n";
+            }
+            if (named.checked) {
+                out_ << indent << "  check: "
+                     << (named.reason.empty() ? "passes" : "refused: " + named.reason) << "\n";
             }
         }
         if (code == 0 && type == kCompositeType && depth < kMaxShownDepth) {
             Children(offset + kHeaderSize, payload, depth + 1);
         }
         return code == 0;
+    }
+
+    // A top-level record's setting in the description, and what its check says.
+    struct Named {
+        std::string path;
+        bool checked = false;
+        std::string reason;
+    };
+    Named Name(std::uint32_t id, int depth, ItemBase const* item) const {
+        Named named;
+        if (!described_ || depth > 0) {
+            return named;
+        }
+        named.path = SettingPath(*described_, id);
+        auto const info = described_->FindInfo(id);
+        if (named.path.empty() || !info || !item) {
+            return named;
+        }
+        named.checked = true;
+        auto const why = Legacy::Oru::Files::Explain(*item, info->GetInfo());
+        if (why) {
+            named.reason = why->text;
+        }
+        return named;
     }
 
     // The children of a composite: a two-byte count, then records. The
@@ -211,6 +254,7 @@ private:
 
     Options const& options_;
     std::ostream& out_;
+    Legacy::Oru::InfoItemDirectory const* described_;
     bool ok_ = true;
 };
 
@@ -287,39 +331,6 @@ bool LooksLikeHexText(std::string const& input) {
     return digits >= 2;
 }
 
-// The whole of FILE ("-" is standard input); false with a reason if it
-// cannot be read.
-bool ReadInput(std::string const& file, std::string& input, std::string& problem) {
-    if (file == "-") {
-        input.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-        if (std::cin.bad()) {
-            problem = "cannot read standard input";
-            return false;
-        }
-        return true;
-    }
-    struct stat status;
-    if (::stat(file.c_str(), &status) != 0) {
-        problem = "cannot open " + Quote(file) + ": " + std::strerror(errno);
-        return false;
-    }
-    if (S_ISDIR(status.st_mode)) {
-        problem = Quote(file) + " is a directory";
-        return false;
-    }
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
-        problem = "cannot open " + Quote(file) + ": " + std::strerror(errno);
-        return false;
-    }
-    input.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-        problem = "cannot read " + Quote(file);
-        return false;
-    }
-    return true;
-}
-
 char const* const kFooter =
     "Reads serial records laid flat, one after another: ten header bytes (id and\n"
     "payload size big-endian, type byte, numeric-type byte), then the payload.\n"
@@ -337,13 +348,23 @@ char const* const kFooter =
     "JSON object per record (children too, with their nesting level); text is\n"
     "passed through as UTF-8, bytes that are not UTF-8 become U+FFFD.\n"
     "\n"
+    "--names DESCRIPTION reads a description file (see 'oru describe'): each\n"
+    "record is named by its setting's path, and a line under it says whether\n"
+    "its value passes the setting's check, and why not (JSON: \"path\",\n"
+    "\"passes\", \"reason\"). A refused value still counts as read.\n"
+    "\n"
     "Exit status: 0 when every record read, 1 when one did not or the input\n"
     "cannot be read, 2 for usage.\n"
     "\n"
     "examples:\n"
     "  $ oru encode Numeric:U32 0x420C0005 72 | oru decode --hex\n"
     "  @0 0x420C0005 (section 2/3, info 5) Numeric:U32 size 4: 72\n"
-    "  $ xxd capture.bin | oru decode --hex --offset 16\n";
+    "  $ xxd capture.bin | oru decode --hex --offset 16\n"
+    "  $ oru describe > device.json\n"
+    "  $ oru encode --unchecked --names device.json Video/Brightness 130 |\n"
+    "      oru decode --hex --names device.json\n"
+    "  @0 0x01000002 (Video/Brightness) Numeric:U8 size 1: 130\n"
+    "    check: refused: Setting 'Brightness': the value is above the maximum 100\n";
 
 int Run(Options const& options) {
     std::string input;
@@ -366,7 +387,11 @@ int Run(Options const& options) {
                   << bytes.size() << " bytes\n";
         return 1;
     }
-    Decoder decoder(options, std::cout);
+    Legacy::Oru::InfoItemDirectory directory;
+    if (!options.names.empty() && !LoadDescription("decode", options.names, directory, std::cerr)) {
+        return 1;
+    }
+    Decoder decoder(options, std::cout, options.names.empty() ? nullptr : &directory);
     bool const read = decoder.Run(bytes);
     if (!read && !options.hex && LooksLikeHexText(input)) {
         std::cerr << "oru decode: the input looks like hexadecimal text: did you mean --hex?\n";
@@ -384,6 +409,10 @@ void AddDecode(CLI::App& program, int& status) {
     command->add_flag("--json", options->json, "One JSON object per record");
     command->add_option("--offset", options->offset, "Skip the first N bytes of the capture")
         ->type_name("N");
+    command
+        ->add_option("--names", options->names,
+                     "Name records by the paths of this description, and check them")
+        ->type_name("DESCRIPTION");
     command->footer(kFooter);
     command->callback([options, &status] { status = Run(*options); });
 }

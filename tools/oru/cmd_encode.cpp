@@ -8,10 +8,14 @@
 #include <string>
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
+#include <legacy/oru/files/explain.h>
+#include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
 #include "commands.h"
+#include "described.h"
 #include "families.h"
 #include "hex.h"
 #include "util.h"
@@ -26,6 +30,8 @@ using Legacy::Oru::ItemBase;
 struct Options {
     bool binary = false;
     bool families = false;
+    bool unchecked = false;
+    std::string names;  // a description: TYPE is then a setting's path
     std::string type;
     std::string id;
     Args values;
@@ -44,6 +50,12 @@ std::string Footer() {
            "record cannot carry (the float and double mappings keep whole numbers;\n"
            "a composite holds at most 65535 children) is refused with exit status 1.\n"
            "What decode prints is accepted as a value too.\n"
+           "\n"
+           "With --names DESCRIPTION the words are PATH VALUE instead: the setting's\n"
+           "path in that description file (see 'oru describe'), and its value in the\n"
+           "form of a values file (JSON: 72, [1, 2], {\"x\": 1, \"y\": 2}; words that are\n"
+           "no JSON are one string). The id and family come from the description, and\n"
+           "a value that the setting refuses is not written unless --unchecked.\n"
            "\n"
            "VALUE by family (--families lists the names alone):\n";
     std::string shown;
@@ -66,11 +78,84 @@ std::string Footer() {
            "  $ oru encode Numeric:U32 0x420C0005 72\n"
            "  42 0C 00 05 00 00 00 04 02 05 00 00 00 48\n"
            "  $ oru encode String 7 hello | oru decode --hex\n"
-           "  $ oru encode Composite 0x42000001 'Numeric:U16 65' 'String pcm'\n";
+           "  $ oru encode Composite 0x42000001 'Numeric:U16 65' 'String pcm'\n"
+           "  $ oru encode --names device.json Audio/Input/Gain 72\n";
     return out.str();
 }
 
+// The record of item on standard output, as hex text or raw bytes.
+int Write(Options const& options, ItemBase const& item) {
+    ItemBase::SerialStruct_t record;
+    item.Serialize(&record);
+    auto const flat = FlatRecord(record);
+    if (options.binary) {
+        std::cout.write(reinterpret_cast<char const*>(flat.data()),
+                        static_cast<std::streamsize>(flat.size()));
+    } else {
+        std::cout << HexBytes(flat.data(), flat.size()) << "\n";
+    }
+    std::cout.flush();
+    return std::cout ? 0 : 1;
+}
+
+// encode --names: the value is read for the Info at the path, in the form a
+// values file gives it, and must pass the Info's check unless --unchecked.
+int RunNamed(Options const& options) {
+    if (options.type.empty() || options.id.empty()) {
+        std::cerr << "oru encode: expected --names DESCRIPTION PATH VALUE (try 'oru encode "
+                     "--help')\n";
+        return 2;
+    }
+    Legacy::Oru::InfoItemDirectory directory;
+    if (!LoadDescription("encode", options.names, directory, std::cerr)) {
+        return 1;
+    }
+    auto const slot = directory.FindInfoItem(options.type);
+    if (!slot) {
+        std::cerr << "oru encode: " << options.names << " describes no setting "
+                  << Quote(options.type) << "\n";
+        return 1;
+    }
+    auto const& info = slot->GetInfoHolder()->GetInfo();
+    // The value's words are JSON ('72', '[1, 2]', '"text"'); words that are no
+    // JSON are taken as one string, so that text needs no quotes.
+    std::string typed = options.id;
+    for (std::string const& word : options.values) {
+        typed += " " + word;
+    }
+    std::string json = typed;
+    if (!nlohmann::json::accept(typed)) {
+        json = nlohmann::json(typed).dump();
+    }
+    Legacy::Oru::Files::Problems problems;
+    boost::intrusive_ptr<ItemBase> const item =
+        Legacy::Oru::Files::ReadValue(json, *info, problems);
+    std::string problem;
+    if (!item) {
+        for (auto const& each : problems) {
+            std::cerr << "oru encode: " << options.type << ": " << each.message << "\n";
+        }
+        return 1;
+    }
+    if (!options.unchecked) {
+        auto const why = Legacy::Oru::Files::Explain(*item, info);
+        if (why) {
+            std::cerr << "oru encode: " << options.type << ": " << why->text
+                      << " (--unchecked writes it all the same)\n";
+            return 1;
+        }
+    }
+    if (!FitsRecord(*item, problem) || !SurvivesRecord(*item, typed, problem)) {
+        std::cerr << "oru encode: " << problem << "\n";
+        return 1;
+    }
+    return Write(options, *item);
+}
+
 int Run(Options const& options) {
+    if (!options.names.empty()) {
+        return RunNamed(options);
+    }
     if (options.families) {
         for (Family const& family : Families()) {
             std::cout << family.name << "\n";
@@ -99,21 +184,11 @@ int Run(Options const& options) {
     }
     boost::intrusive_ptr<ItemBase> item;
     if (!ReadValue(*family, id, options.values, item, problem) || !FitsRecord(*item, problem) ||
-        !SurvivesRecord(*family, typed, *item, problem)) {
+        !SurvivesRecord(*item, typed, problem)) {
         std::cerr << "oru encode: " << problem << "\n";
         return 1;
     }
-    ItemBase::SerialStruct_t record;
-    item->Serialize(&record);
-    auto const flat = FlatRecord(record);
-    if (options.binary) {
-        std::cout.write(reinterpret_cast<char const*>(flat.data()),
-                        static_cast<std::streamsize>(flat.size()));
-    } else {
-        std::cout << HexBytes(flat.data(), flat.size()) << "\n";
-    }
-    std::cout.flush();
-    return std::cout ? 0 : 1;
+    return Write(options, *item);
 }
 
 }  // namespace
@@ -127,6 +202,12 @@ void AddEncode(CLI::App& program, int& status) {
     command->add_option("VALUE", options->values, "The value's words, as the family reads them");
     command->add_flag("--binary", options->binary, "Write raw bytes instead of hexadecimal text");
     command->add_flag("--families", options->families, "List the family names and exit");
+    command
+        ->add_option("--names", options->names,
+                     "Encode by path: TYPE is a setting of this description, ID its value")
+        ->type_name("DESCRIPTION");
+    command->add_flag("--unchecked", options->unchecked,
+                      "With --names: write a value that its setting refuses");
     command->footer(Footer());
     command->callback([options, &status] { status = Run(*options); });
 }

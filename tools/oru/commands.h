@@ -20,6 +20,8 @@ void AddDemo(CLI::App& program, int& status);
 void AddDecode(CLI::App& program, int& status);
 void AddEncode(CLI::App& program, int& status);
 void AddId(CLI::App& program, int& status);
+void AddDescribe(CLI::App& program, int& status);
+void AddCheck(CLI::App& program, int& status);
 
 // The tour itself, for AddDemo.
 int RunDemo(Args const& args, std::ostream& out, std::ostream& err);

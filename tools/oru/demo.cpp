@@ -3,159 +3,28 @@
 #include <functional>
 #include <iomanip>
 #include <iostream>
+#include <memory>
 #include <ostream>
 #include <sstream>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include <legacy/oru/files/explain.h>
+#include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
 #include "commands.h"
 #include "demo_directory.h"
 #include "hex.h"
+#include "sample.h"
+#include "util.h"
 
 namespace OruTool {
 
 namespace {
 
 using namespace Legacy::Oru;
-
-// One setting of the sample device: its Info, and an Item set to a value.
-struct Setting {
-    boost::intrusive_ptr<InfoBase> info;
-    boost::intrusive_ptr<ItemBase> item;
-    std::string name;  // for a family without an Info class
-};
-
-std::string NameOf(Setting const& setting) {
-    return setting.info ? setting.info->GetName() : setting.name;
-}
-
-// A setting of a family's default Info, with its value read from text as the
-// family reads it.
-template <class InfoT>
-Setting FromText(unsigned int id, char const* name, char const* text,
-                 std::function<void(InfoT&)> const& configure = nullptr) {
-    boost::intrusive_ptr<InfoT> info(new InfoT(id, name, Permission_t(0x0003)));
-    if (configure) {
-        configure(*info);
-    }
-    boost::intrusive_ptr<ItemBase> item(info->CreateItem());
-    std::istringstream in(text);
-    std::ostringstream errors;
-    item->SetValFromStream(in, errors, info);
-    return Setting{info, item, std::string()};
-}
-
-template <class T>
-Setting MakeNumeric(unsigned int id, char const* name, typename T::Element low,
-                    typename T::Element high, typename T::Element def, typename T::Element value) {
-    boost::intrusive_ptr<NumericInfo<T>> info(new NumericInfo<T>(id, name, Permission_t(0x0003)));
-    info->SetMin(low);
-    info->SetMax(high);
-    info->SetDefault(def);
-    boost::intrusive_ptr<NumericItem<T>> item(static_cast<NumericItem<T>*>(info->CreateItem()));
-    item->SetVal(value);
-    return Setting{info, item, std::string()};
-}
-
-template <class T>
-Setting MakeNumericArray(unsigned int id, char const* name, unsigned long long maxSize,
-                         std::vector<typename T::Element> const& def,
-                         std::vector<typename T::Element> const& value) {
-    boost::intrusive_ptr<NumericArrayInfo<T>> info(
-        new NumericArrayInfo<T>(id, name, Permission_t(0x0003)));
-    info->SetMaxSize(maxSize);
-    info->SetDefault(def);
-    boost::intrusive_ptr<NumericArrayItem<T>> item(
-        static_cast<NumericArrayItem<T>*>(info->CreateItem()));
-    item->SetVal(value);
-    return Setting{info, item, std::string()};
-}
-
-Setting MakeString(unsigned int id, char const* name, unsigned long long maxLength, char const* def,
-                   char const* value) {
-    boost::intrusive_ptr<StringInfo> info(new StringInfo(id, name, Permission_t(0x0001)));
-    info->SetMaxLength(maxLength);
-    info->SetDefault(def);
-    boost::intrusive_ptr<StringItem> item(static_cast<StringItem*>(info->CreateItem()));
-    item->SetVal(value);
-    return Setting{info, item, std::string()};
-}
-
-Setting MakeStringArray(unsigned int id, char const* name, unsigned long long maxSize,
-                        std::vector<std::string> const& value) {
-    boost::intrusive_ptr<StringArrayInfo> info(new StringArrayInfo(id, name, Permission_t(0x0003)));
-    info->SetMaxSize(maxSize);
-    boost::intrusive_ptr<StringArrayItem> item(static_cast<StringArrayItem*>(info->CreateItem()));
-    item->SetVal(value);
-    return Setting{info, item, std::string()};
-}
-
-Setting MakeEnum(unsigned int id, char const* name, std::vector<ElemType<int>> const& table,
-                 int def, int value) {
-    boost::intrusive_ptr<EnumInfo> info(new EnumInfo(id, name, Permission_t(0x0003), false));
-    info->SetTable(table);
-    info->SetDefault(def);
-    boost::intrusive_ptr<EnumItem> item(static_cast<EnumItem*>(info->CreateItem()));
-    item->SetVal(value, *info);
-    return Setting{info, item, std::string()};
-}
-
-// A composite of the children's Infos, and an Item of their values.
-Setting MakeComposite(unsigned int id, char const* name, std::vector<Setting> const& children) {
-    boost::intrusive_ptr<CompositeInfo> info(new CompositeInfo(id, name, Permission_t(0x0003)));
-    boost::intrusive_ptr<CompositeItem> item(new CompositeItem(id));
-    for (auto const& child : children) {
-        info->AddInfo(child.info);
-        item->AddItem(child.item);
-    }
-    return Setting{info, item, std::string()};
-}
-
-// A colour setting; whole components, since the wire keeps only those.
-Setting MakeColour(unsigned int id, char const* name, Vintor::Colour_t const& def,
-                   Vintor::Colour_t const& value) {
-    boost::intrusive_ptr<ColourInfo> info(new ColourInfo(id, name, Permission_t(0x0003)));
-    info->SetMax(Vintor::Colour_t(1.0f, 1.0f, 1.0f, 1.0f));
-    info->SetDefault(def);
-    boost::intrusive_ptr<ColourItem> item(new ColourItem(id));
-    item->SetVal(value);
-    return Setting{info, item, std::string()};
-}
-
-// An orientation: the family has no Info class.
-Setting MakeOrientation(unsigned int id, char const* name, Orientation_t const& value) {
-    boost::intrusive_ptr<OrientationItem> item(new OrientationItem(id));
-    item->Set(value);
-    return Setting{nullptr, item, name};
-}
-
-// A list of application endpoints given as URIs (the family reads no text).
-Setting MakeAppEndpoints(unsigned int id, char const* name, std::vector<char const*> const& uris) {
-    boost::intrusive_ptr<AppEndpointArrayInfo> info(
-        new AppEndpointArrayInfo(id, name, Permission_t(0x0003)));
-    boost::intrusive_ptr<AppEndpointArrayItem> item(
-        static_cast<AppEndpointArrayItem*>(info->CreateItem()));
-    AppEndpointArrayItem::Value_t value;
-    for (char const* uri : uris) {
-        value.push_back(AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri));
-    }
-    item->SetVal(value);
-    return Setting{info, item, std::string()};
-}
-
-// An application endpoint setting whose default and value are given as URIs.
-Setting MakeAppEndpoint(unsigned int id, char const* name, char const* defaultUri,
-                        char const* valueUri) {
-    using App = AppEndpoint<Net::Endpoint<Net::AddrStr>>;
-    boost::intrusive_ptr<AppEndpointInfo> info(new AppEndpointInfo(id, name, Permission_t(0x0003)));
-    info->SetDefault(App::FromUri(defaultUri));
-    boost::intrusive_ptr<AppEndpointItem> item(static_cast<AppEndpointItem*>(info->CreateItem()));
-    item->SetVal(App::FromUri(valueUri));
-    return Setting{info, item, std::string()};
-}
 
 void Heading(std::ostream& out, char const* title) {
     out << "\n== " << title << " ==\n";
@@ -177,50 +46,7 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         return 2;
     }
 
-    // Ids of the sample device: section numbers packed into the top bits,
-    // the setting's number in the low ones.
-    Setting const settings[] = {
-        MakeNumeric<U32Traits>(0x420C0005, "Audio/Input/Gain", 0, 100, 50, 72),
-        MakeNumeric<S16Traits>(0x420C0006, "Audio/Input/Balance", -50, 50, 0, -12),
-        MakeNumeric<FloatTraits>(0x41000001, "Video/FrameRate", 1.0f, 60.0f, 25.0f, 30.0f),
-        MakeNumeric<U8Traits>(0x41000002, "Video/Brightness", 0, 100, 50, 130),
-        MakeNumericArray<S8Traits>(0x420C0007, "Audio/Input/Equalizer", 8, {0, 0, 0, 0, 0},
-                                   {3, 1, 0, -2, -4}),
-        MakeString(0x40000001, "Device/Name", 16, "camera", "lobby-east"),
-        MakeStringArray(0x40000002, "Device/Tags", 4, {"lobby", "east", "outdoor"}),
-        MakeEnum(0x41000003, "Video/Mode", {{"auto", 0}, {"day", 1}, {"night", 2}}, 0, 2),
-        MakeComposite(0x42000001, "Audio/Output",
-                      {MakeNumeric<U16Traits>(1, "Volume", 0, 100, 40, 65),
-                       MakeEnum(2, "Codec", {{"pcm", 0}, {"aac", 1}}, 0, 1)}),
-        MakeColour(0x41000004, "Video/OverlayColour", Vintor::Colour_t(1.0f, 1.0f, 1.0f, 1.0f),
-                   Vintor::Colour_t(1.0f, 1.0f, 0.0f, 0.0f)),
-        MakeAppEndpoint(0x43000001, "Network/ConfigService", "x-zyl-devsoap://0.0.0.0:80",
-                        "http://192.168.0.20:8080"),
-        FromText<BoolInfo>(0x41000005, "Video/Mirror", "1"),
-        FromText<BoolArrayInfo>(0x420C0008, "Audio/Input/Mute", "2 0 1",
-                                [](BoolArrayInfo& info) { info.SetMaxSize(4); }),
-        FromText<NumericSparseInfo<U16Traits>>(
-            0x41000006, "Video/Height", "720",
-            [](NumericSparseInfo<U16Traits>& info) {
-                std::vector<unsigned short> table = {480, 720, 1080};
-                info.SetTable(table);
-            }),
-        FromText<StringSparseInfo>(0x40000003, "Device/Language", "en",
-                                   [](StringSparseInfo& info) {
-                                       std::vector<std::string> table = {"en", "de", "fr"};
-                                       info.SetTable(table);
-                                   }),
-        FromText<CoordinateInfo<S32Traits>>(0x41000007, "Video/Origin", "10 -20"),
-        FromText<RectInfo<U16Traits>>(0x41000008, "Video/Crop", "0 0 640 480"),
-        FromText<RectArrayInfo<U16Traits>>(
-            0x41000009, "Video/PrivacyMasks", "1 10 10 50 50",
-            [](RectArrayInfo<U16Traits>& info) { info.SetMaxSize(4); }),
-        MakeOrientation(0x4100000A, "Video/Mounting", Orientation_t{180.0f, 30.0f, 0.0f}),
-        FromText<AddrInfo>(0x43000002, "Network/Gateway", "192.168.0.1"),
-        FromText<EndpointInfo>(0x43000003, "Network/Syslog", "192.168.0.9:514"),
-        MakeAppEndpoints(0x43000004, "Network/Streams",
-                         {"rtsp://192.168.0.20:554/main", "http://192.168.0.20:8080/snapshot"}),
-    };
+    std::vector<Setting> const settings = SampleSettings();
 
     out << "oru demo: the settings of a small sample device\n";
 
@@ -248,7 +74,13 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
             if (setting.info) {
                 out << *setting.info;
             }
-            out << ")\n";
+            out << ")";
+            // The check itself gives no words; Oru::files says why.
+            auto const why = Legacy::Oru::Files::Explain(*setting.item, setting.info);
+            if (why) {
+                out << ": " << why->text;
+            }
+            out << "\n";
         }
     }
 
@@ -294,14 +126,29 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
 }
 
 void AddDemo(CLI::App& program, int& status) {
+    auto const values = std::make_shared<bool>(false);
     CLI::App* const command =
         program.add_subcommand("demo", "A tour of the model on a small sample device");
+    command->add_flag("--values", *values,
+                      "Write the sample device's values as a values file instead");
     command->footer(
         "A tour of the settings model on a small sample device: Infos with\n"
         "bounds and defaults, Items checked against them, serial records written\n"
-        "in hex and read back, and each setting printed on one line.\n\n"
-        "example:\n  oru demo\n");
-    command->callback([&status] { status = RunDemo(Args(), std::cout, std::cerr); });
+        "in hex and read back, and each setting printed on one line.\n"
+        "--values writes the values of the sample device as a values file (JSON), the\n"
+        "counterpart of 'oru describe'.\n\n"
+        "examples:\n  oru demo\n  oru demo --values > values.json\n");
+    command->callback([values, &status] {
+        if (*values) {
+            InfoItemDirectory directory;
+            SampleDirectory(directory);
+            std::cout << WithNewline(Legacy::Oru::Files::WriteValues(directory));
+            std::cout.flush();
+            status = std::cout ? 0 : 1;
+        } else {
+            status = RunDemo(Args(), std::cout, std::cerr);
+        }
+    });
 }
 
 }  // namespace OruTool

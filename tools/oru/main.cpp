@@ -48,6 +48,8 @@ int main(int argc, char** argv) {
     OruTool::AddDecode(program, status);
     OruTool::AddEncode(program, status);
     OruTool::AddId(program, status);
+    OruTool::AddDescribe(program, status);
+    OruTool::AddCheck(program, status);
 
     std::string topic;
     CLI::App* const help = program.add_subcommand("help", "Explain a command: oru help COMMAND");

@@ -1,7 +1,14 @@
 #include "util.h"
 
+#include <cerrno>
+#include <cstring>
+#include <fstream>
 #include <iomanip>
+#include <iostream>
+#include <iterator>
 #include <sstream>
+
+#include <sys/stat.h>
 
 namespace OruTool {
 
@@ -60,6 +67,44 @@ std::string Quote(std::string const& text) {
         shown += u < 0x20 || u == 0x7F ? '?' : c;
     }
     return "'" + shown + (text.size() > limit ? "...'" : "'");
+}
+
+bool ReadInput(std::string const& file, std::string& input, std::string& problem) {
+    if (file == "-") {
+        input.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+        if (std::cin.bad()) {
+            problem = "cannot read standard input";
+            return false;
+        }
+        return true;
+    }
+    struct stat status;
+    if (::stat(file.c_str(), &status) != 0) {
+        problem = "cannot open " + Quote(file) + ": " + std::strerror(errno);
+        return false;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        problem = Quote(file) + " is a directory";
+        return false;
+    }
+    std::ifstream in(file, std::ios::binary);
+    if (!in) {
+        problem = "cannot open " + Quote(file) + ": " + std::strerror(errno);
+        return false;
+    }
+    input.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    if (in.bad()) {
+        problem = "cannot read " + Quote(file);
+        return false;
+    }
+    return true;
+}
+
+std::string WithNewline(std::string text) {
+    if (text.empty() || text.back() != '\n') {
+        text += '\n';
+    }
+    return text;
 }
 
 }  // namespace OruTool

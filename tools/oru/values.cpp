@@ -363,12 +363,13 @@ bool FitsRecord(ItemBase const& item, std::string& problem) {
     return true;
 }
 
-bool SurvivesRecord(Family const& family, std::string const& typed, ItemBase const& item,
-                    std::string& problem) {
+bool SurvivesRecord(ItemBase const& item, std::string const& typed, std::string& problem) {
+    std::string const family = FamilyName(static_cast<std::uint8_t>(item.GetType()),
+                                          static_cast<std::uint8_t>(item.GetNumericType()));
     ItemBase::SerialStruct_t record;
     int code = item.Serialize(&record);
     if (code != 0) {
-        problem = family.name + " has no serial form (code " + std::to_string(code) + ", " +
+        problem = family + " has no serial form (code " + std::to_string(code) + ", " +
                   Legacy::Oru::Codes::Meaning(code) + ")";
         return false;
     }
@@ -383,7 +384,7 @@ bool SurvivesRecord(Family const& family, std::string const& typed, ItemBase con
     boost::intrusive_ptr<ItemBase const> const readBack(back);
     if (!item.IsEqualValue(readBack) || item.GetValAsString() != back->GetValAsString()) {
         std::string const shown = back->GetValAsString();
-        problem = Quote(typed) + " cannot be written exactly as " + family.name +
+        problem = Quote(typed) + " cannot be written exactly as " + family +
                   ": its record reads back as " +
                   (shown == item.GetValAsString() ? "another value" : Quote(shown));
         return false;

@@ -28,8 +28,8 @@ bool FitsRecord(Legacy::Oru::ItemBase const& item, std::string& problem);
 
 // Writes the record of item and reads it back; false with the reason when
 // the value read back differs from the item's, as lossy wire mappings do.
-bool SurvivesRecord(Family const& family, std::string const& typed,
-                    Legacy::Oru::ItemBase const& item, std::string& problem);
+bool SurvivesRecord(Legacy::Oru::ItemBase const& item, std::string const& typed,
+                    std::string& problem);
 
 // "0 to 255": the range of the element type with that numeric-type byte.
 std::string RangeText(unsigned numericTypeByte);

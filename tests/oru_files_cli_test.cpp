@@ -1,0 +1,166 @@
+// The settings-file commands of the oru program: describe, demo --values,
+// check, and the --names forms of encode and decode.
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "tool_util.h"
+
+namespace {
+
+using nlohmann::json;
+using OruTest::RunTool;
+
+// A scratch folder holding the sample device's description and values.
+class OruFilesCliTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char dir[] = "/tmp/oru-files-XXXXXX";
+        ASSERT_NE(mkdtemp(dir), nullptr);
+        dir_ = dir;
+        auto const described = RunTool("describe");
+        ASSERT_EQ(described.status, 0) << described.err;
+        Write("device.json", described.out);
+        auto const values = RunTool("demo --values");
+        ASSERT_EQ(values.status, 0) << values.err;
+        Write("values.json", values.out);
+        values_ = json::parse(values.out);
+    }
+    void TearDown() override { std::system(("rm -rf '" + dir_ + "'").c_str()); }
+
+    std::string Write(std::string const& name, std::string const& text) {
+        std::ofstream(dir_ + "/" + name, std::ios::binary) << text;
+        return Path(name);
+    }
+    std::string Path(std::string const& name) const { return "'" + dir_ + "/" + name + "'"; }
+
+    std::string dir_;
+    json values_;
+};
+
+TEST_F(OruFilesCliTest, DescribeAndValuesNameEverySampleSettingByPath) {
+    json const description = json::parse(OruTest::ReadFile(dir_ + "/device.json"));
+    ASSERT_TRUE(description.at("settings").is_array());
+    // Every setting of the sample device that has an Info, the orientation
+    // (a family without one) left out.
+    EXPECT_EQ(description["settings"].size(), values_.size());
+    bool gain = false;
+    for (auto const& setting : description["settings"]) {
+        EXPECT_TRUE(values_.contains(setting.at("path").get<std::string>())) << setting;
+        if (setting["path"] == "Audio/Input/Gain") {
+            gain = true;
+            EXPECT_EQ(setting.at("type"), "Numeric:U32");
+            EXPECT_EQ(setting.at("max"), 100);
+            EXPECT_EQ(setting.at("default"), 50);
+            EXPECT_EQ(setting.at("permission"), 3);
+        }
+    }
+    EXPECT_TRUE(gain);
+    EXPECT_EQ(values_.at("Audio/Input/Gain"), 72);
+    EXPECT_EQ(values_.at("Device/Name"), "lobby-east");
+    EXPECT_FALSE(values_.contains("Video/Mounting"));
+}
+
+TEST_F(OruFilesCliTest, CheckPrintsOneLinePerRefusedValueAndPassesOnceFixed) {
+    // The sample's brightness, 130, lies above its maximum.
+    auto const refused = RunTool("check " + Path("device.json") + " " + Path("values.json"));
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out,
+              "Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n");
+    EXPECT_EQ(refused.err, "");
+
+    values_["Video/Brightness"] = 80;
+    auto const passed =
+        RunTool("check " + Path("device.json") + " " + Write("fixed.json", values_.dump()));
+    EXPECT_EQ(passed.status, 0) << passed.out << passed.err;
+    EXPECT_EQ(passed.out, "all " + std::to_string(values_.size()) + " values pass\n");
+
+    auto const machine = RunTool("check --json " + Path("device.json") + " " + Path("values.json"));
+    EXPECT_EQ(machine.status, 1);
+    json const out = json::parse(machine.out);
+    EXPECT_EQ(out.at("passed"), false);
+    EXPECT_EQ(out.at("applied"), values_.size() - 1);
+    ASSERT_EQ(out.at("problems").size(), 1u);
+    EXPECT_EQ(out["problems"][0].at("path"), "Video/Brightness");
+    EXPECT_EQ(out["problems"][0].at("pointer"), "/Video~1Brightness");
+}
+
+TEST_F(OruFilesCliTest, CheckRefusesWhatTheSettingsCannotHold) {
+    values_["Video/Brightness"] = 300;     // beyond a U8: never wrapped to 44
+    values_["Audio/Input/Gain"] = "loud";  // not a number
+    values_["Audio/Input/Nothing"] = 1;    // not described
+    auto const run =
+        RunTool("check " + Path("device.json") + " " + Write("bad.json", values_.dump()));
+    EXPECT_EQ(run.status, 1);
+    for (char const* path : {"Video/Brightness: ", "Audio/Input/Gain: ", "Audio/Input/Nothing: "}) {
+        EXPECT_NE(("\n" + run.out).find(std::string("\n") + path), std::string::npos) << run.out;
+    }
+    EXPECT_NE(run.out.find("Video/Brightness: 300 is out of the range of U8 (0 to 255)\n"),
+              std::string::npos)
+        << run.out;
+
+    auto const broken =
+        RunTool("check " + Write("broken.json", "{\"settings\": [") + " " + Path("values.json"));
+    EXPECT_EQ(broken.status, 1);
+    EXPECT_EQ(broken.err.rfind("oru check: " + dir_ + "/broken.json: ", 0), 0u) << broken.err;
+    EXPECT_EQ(broken.out, "");
+
+    auto const missing = RunTool("check " + Path("device.json") + " " + Path("none.json"));
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("cannot open"), std::string::npos) << missing.err;
+    EXPECT_EQ(RunTool("check " + Path("device.json")).status, 2);
+}
+
+TEST_F(OruFilesCliTest, EncodeByPathChecksTheValueAndDecodeNamesIt) {
+    std::string const names = " --names " + Path("device.json") + " ";
+    auto const gain = RunTool("encode" + names + "Audio/Input/Gain 72");
+    ASSERT_EQ(gain.status, 0) << gain.err;
+    auto const decoded = RunTool("decode --hex" + names, gain.out);
+    EXPECT_EQ(decoded.status, 0) << decoded.err;
+    EXPECT_NE(decoded.out.find("(Audio/Input/Gain) Numeric:U32 size 4: 72\n  check: passes\n"),
+              std::string::npos)
+        << decoded.out;
+
+    auto const refused = RunTool("encode" + names + "Audio/Input/Gain 101");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out, "");
+    EXPECT_EQ(refused.err,
+              "oru encode: Audio/Input/Gain: Setting 'Gain': the value is above the maximum 100 "
+              "(--unchecked writes it all the same)\n");
+
+    auto const unchecked = RunTool("encode --unchecked" + names + "Audio/Input/Gain 101");
+    ASSERT_EQ(unchecked.status, 0) << unchecked.err;
+    auto const shown = RunTool("decode --hex --json" + names, unchecked.out);
+    json const record = json::parse(shown.out);
+    EXPECT_EQ(record.at("path"), "Audio/Input/Gain");
+    EXPECT_EQ(record.at("value"), "101");
+    EXPECT_EQ(record.at("passes"), false);
+    EXPECT_EQ(record.at("reason"), "Setting 'Gain': the value is above the maximum 100");
+
+    // Text needs no quotes; what a record cannot hold is refused even unchecked.
+    auto const name = RunTool("encode" + names + "Device/Name lobby west");
+    ASSERT_EQ(name.status, 0) << name.err;
+    EXPECT_NE(RunTool("decode --hex" + names, name.out).out.find(": lobby west\n"),
+              std::string::npos);
+    EXPECT_EQ(RunTool("encode --unchecked" + names + "Video/Brightness 300").status, 1);
+    auto const unknown = RunTool("encode" + names + "Audio/Input/Nothing 1");
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_NE(unknown.err.find("describes no setting 'Audio/Input/Nothing'"), std::string::npos);
+
+    // A record whose id the description lacks keeps its numbers.
+    auto const foreign = RunTool("encode Numeric:U32 0x7F000001 5");
+    auto const odd = RunTool("decode --hex" + names, foreign.out);
+    EXPECT_NE(odd.out.find(", not in the description)"), std::string::npos) << odd.out;
+}
+
+TEST(OruFilesCliDemoTest, DemoSaysWhyACheckFailed) {
+    auto const run = RunTool("demo");
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("Setting 'Video/Brightness': the value is above the maximum 100"),
+              std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,129 @@
+// oru describe and oru check: settings files. describe writes the
+// description of the sample device; check reads a description and a values
+// file and says which values their settings refuse, and why.
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <legacy/oru/files/files.h>
+#include <legacy/oru/oru.h>
+
+#include "commands.h"
+#include "described.h"
+#include "sample.h"
+#include "util.h"
+
+namespace OruTool {
+
+namespace {
+
+using namespace Legacy::Oru;
+
+struct CheckOptions {
+    std::string description;
+    std::string values;
+    bool json = false;
+};
+
+int Check(CheckOptions const& options) {
+    InfoItemDirectory directory;
+    if (!LoadDescription("check", options.description, directory, std::cerr)) {
+        return 1;
+    }
+    std::string text;
+    std::string problem;
+    if (!ReadInput(options.values, text, problem)) {
+        std::cerr << "oru check: " << problem << "\n";
+        return 1;
+    }
+    // The values go into a directory of this run only; nothing is written back.
+    Files::ValuesReport const report = Files::ReadValues(text, directory);
+    if (options.json) {
+        nlohmann::ordered_json out;
+        out["passed"] = report.problems.empty();
+        out["applied"] = report.applied;
+        out["problems"] = nlohmann::ordered_json::array();
+        for (Files::Problem const& each : report.problems) {
+            std::string path;
+            std::string inside;
+            SplitPointer(each.pointer, path, inside);
+            out["problems"].push_back(
+                {{"path", path}, {"pointer", each.pointer}, {"reason", each.message}});
+        }
+        std::cout << out.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+                  << "\n";
+    } else {
+        for (Files::Problem const& each : report.problems) {
+            std::string path;
+            std::string inside;
+            SplitPointer(each.pointer, path, inside);
+            if (path.empty()) {
+                std::cout << options.values << ": " << each.message << "\n";
+            } else {
+                std::cout << path << (inside.empty() ? "" : " at " + inside) << ": " << each.message
+                          << "\n";
+            }
+        }
+        if (report.problems.empty()) {
+            std::cout << "all " << report.applied << " values pass\n";
+        }
+    }
+    return report.problems.empty() ? 0 : 1;
+}
+
+char const* const kCheckFooter =
+    "Reads the settings that DESCRIPTION declares and the values in VALUES (a\n"
+    "JSON object of setting paths and values), checks every value against its\n"
+    "setting, and prints one line per value that is refused: its path and why.\n"
+    "A path the description lacks, a value of the wrong JSON type or one that its\n"
+    "element type cannot hold is refused too. Nothing is written.\n"
+    "\n"
+    "Exit status: 0 when every value passes, 1 when one does not or a file\n"
+    "cannot be read, 2 for usage.\n"
+    "\n"
+    "examples:\n"
+    "  $ oru describe > device.json\n"
+    "  $ oru demo --values > values.json\n"
+    "  $ oru check device.json values.json\n"
+    "  Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n";
+
+char const* const kDescribeFooter =
+    "Writes the description of the sample device of 'oru demo' as JSON: each\n"
+    "setting's path, family, permission, bounds and default. 'oru demo --values'\n"
+    "writes its values; 'oru check' reads both. docs/description-files.md and\n"
+    "docs/settings-files.md give the form of every family.\n"
+    "\n"
+    "example:\n"
+    "  $ oru describe > device.json\n";
+
+}  // namespace
+
+void AddDescribe(CLI::App& program, int& status) {
+    CLI::App* const command =
+        program.add_subcommand("describe", "Write the description of the sample device");
+    command->footer(kDescribeFooter);
+    command->callback([&status] {
+        InfoItemDirectory directory;
+        SampleDirectory(directory);
+        std::cout << WithNewline(Files::WriteDescription(directory));
+        std::cout.flush();
+        status = std::cout ? 0 : 1;
+    });
+}
+
+void AddCheck(CLI::App& program, int& status) {
+    auto const options = std::make_shared<CheckOptions>();
+    CLI::App* const command =
+        program.add_subcommand("check", "Check a values file against a description");
+    command->add_option("DESCRIPTION", options->description, "The settings, as JSON")->required();
+    command->add_option("VALUES", options->values, "The values, as JSON; '-': standard input")
+        ->required();
+    command->add_flag("--json", options->json, "Print the result as JSON");
+    command->footer(kCheckFooter);
+    command->callback([options, &status] { status = Check(*options); });
+}
+
+}  // namespace OruTool
