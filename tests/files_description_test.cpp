@@ -582,4 +582,29 @@ TEST(FilesDescription, TheDocumentedExamplesAreRead) {
     EXPECT_EQ(examples, 18u);
 }
 
+TEST(FilesDescription, ManySettingsTakeConsecutiveNumbers) {
+    constexpr int k_settings = 20000;
+    std::string body;
+    body.reserve(k_settings * 80);
+    for (int i = 0; i < k_settings; ++i) {
+        body += (i ? ",\n" : "") + std::string("{\"path\": \"Sec") + std::to_string(i % 50) +
+                "/Sub/N" + std::to_string(i) + "\", \"type\": \"Numeric:U32\", \"max\": 100}";
+    }
+    InfoItemDirectory directory;
+    ASSERT_EQ(ReadDescription(Settings(body), directory), Problems());
+    Holders holders;
+    directory.GetAllInfoItems(holders);
+    ASSERT_EQ(holders.size(), static_cast<std::size_t>(k_settings));
+    // The 50 sections in order, each with numbers 0, 1, 2, ... in file order.
+    SectionId const last = directory.FindSection("Sec49/Sub");
+    EXPECT_EQ(last.GetSubsectionId(1), 49);
+    EXPECT_EQ(InfoAt(directory, "Sec49/Sub/N" + std::to_string(k_settings - 1))->GetId(),
+              static_cast<unsigned int>(
+                  last.GetInfoItemSectionId().CreateInfoItemId(k_settings / 50 - 1)));
+    std::string const text = WriteDescription(directory);
+    InfoItemDirectory copy;
+    ASSERT_EQ(ReadDescription(text, copy), Problems());
+    EXPECT_EQ(WriteDescription(copy), text);
+}
+
 }  // namespace
