@@ -228,6 +228,20 @@ TEST(FilesDescription, FreshInfosOfEveryFamilyRoundTrip) {
     EXPECT_EQ(fresh->GetMin(), std::numeric_limits<float>::min());
 }
 
+TEST(FilesDescription, NamesThatAreNoUtf8AreWrittenReplaced) {
+    InfoItemDirectory directory;
+    SectionId section;
+    ASSERT_EQ(directory.AddSection("Odd", section), 0);
+    boost::intrusive_ptr<InfoBase> info(
+        new BoolInfo(section.GetInfoItemSectionId().CreateInfoItemId(0), "a\xff", Permission_t()));
+    ASSERT_EQ(directory.AddInfo(new InfoHolder(info)), 0);
+    std::string const text = WriteDescription(directory);
+    EXPECT_NE(text.find("\"Odd/a\xef\xbf\xbd\""), std::string::npos) << text;
+    InfoItemDirectory copy;
+    EXPECT_EQ(ReadDescription(text, copy), Problems());
+    EXPECT_NE(copy.FindInfo("Odd", "a\xef\xbf\xbd"), nullptr);
+}
+
 TEST(FilesDescription, ApplicationEndpointsKeepEveryField) {
     // Versions and prefix have no place in a URI: such a default is written
     // as an object.
@@ -493,6 +507,10 @@ TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
     std::string const huge(10 * 1024 * 1024, 'x');
     EXPECT_EQ(read(Settings("{\"path\": \"A/" + huge + "\", \"type\": \"Bool\"}")),
               (Problems{{"/settings/0/path", "path is longer than 1024 bytes"}}));
+    // A cut never splits a character: 63 bytes, then a two-byte one.
+    EXPECT_EQ(read(Settings("{\"path\": \"A/B\", \"type\": \"" + std::string(63, 'y') +
+                            "\u00e9\u00e9\"}")),
+              (Problems{{"/settings/0/type", "unknown type " + std::string(63, 'y') + "..."}}));
     EXPECT_EQ(read(Settings("{\"path\": \"A/B\", \"type\": \"" + huge + "\"}")),
               (Problems{{"/settings/0/type", "unknown type " + std::string(64, 'x') + "..."}}));
     EXPECT_EQ(

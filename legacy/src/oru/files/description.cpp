@@ -33,7 +33,14 @@ constexpr std::size_t k_maxPathLength = 1024;
 // A text from the file, cut for messages so that a huge input cannot make a
 // huge report.
 std::string Shown(std::string const& text, std::size_t limit = 64) {
-    return text.size() <= limit ? text : text.substr(0, limit) + "...";
+    if (text.size() <= limit) {
+        return text;
+    }
+    // Never inside a UTF-8 sequence.
+    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0u) == 0x80u) {
+        --limit;
+    }
+    return text.substr(0, limit) + "...";
 }
 
 std::string Shown(Json const& value) {
@@ -1601,7 +1608,9 @@ std::string WriteDescription(InfoItemDirectory const& directory) {
     }
     Json document = Json::object();
     document["settings"] = std::move(settings);
-    return document.dump(2);
+    // Names set in code may hold bytes that are no UTF-8: they are replaced
+    // rather than refused, so that writing never fails.
+    return document.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
 std::vector<std::string> DescribedFamilies() {
