@@ -378,6 +378,39 @@ TEST(FilesDescription, IdsAreTakenFromTheSectionOrCheckedAgainstIt) {
     EXPECT_EQ(WriteDescription(directory), before);
 }
 
+TEST(FilesDescription, NumbersRunOut) {
+    // 63 top-level sections use every number; a 64th has none.
+    InfoItemDirectory directory;
+    for (int i = 0; i < 63; ++i) {
+        SectionId section;
+        ASSERT_EQ(directory.AddSection("S" + std::to_string(i), section), 0);
+    }
+    EXPECT_EQ(ReadDescription(Settings(R"({"path": "S5/A", "type": "Bool"},
+                                           {"path": "New/A", "type": "Bool"})"),
+                              directory),
+              (Problems{{"/settings/1/path", "no section number is left for New"}}));
+    EXPECT_EQ(directory.FindInfo("S5", "A"), nullptr);
+
+    // A section at depth 4 has room for so many info numbers.
+    InfoItemDirectory deep;
+    SectionId section;
+    ASSERT_EQ(deep.AddSection("a/b/c/d", section), 0);
+    std::size_t const room = section.GetMaxNumInfoItemsInSection() + 1;
+    std::string body;
+    for (std::size_t i = 0; i <= room; ++i) {
+        body += (i ? "," : "") +
+                ("{\"path\": \"a/b/c/d/n" + std::to_string(i) + "\", \"type\": \"Bool\"}");
+    }
+    EXPECT_EQ(ReadDescription(Settings(body), deep),
+              (Problems{{"/settings/" + std::to_string(room) + "/path",
+                         "no info number is left in section a/b/c/d"}}));
+    EXPECT_TRUE(deep.Empty());
+    body = body.substr(0, body.rfind(",{"));
+    ASSERT_EQ(ReadDescription(Settings(body), deep), Problems());
+    EXPECT_EQ(InfoAt(deep, "a/b/c/d/n" + std::to_string(room - 1))->GetId(),
+              static_cast<unsigned int>(section.GetInfoItemSectionId().CreateInfoItemId(room - 1)));
+}
+
 TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
     std::string const file = Settings(R"(
         {"path": "Audio/Input/Gain", "type": "Numeric:U32", "min": 10, "max": 5},
