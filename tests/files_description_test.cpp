@@ -228,6 +228,20 @@ TEST(FilesDescription, FreshInfosOfEveryFamilyRoundTrip) {
     EXPECT_EQ(fresh->GetMin(), std::numeric_limits<float>::min());
 }
 
+TEST(FilesDescription, NamesThatAreNoUtf8AreWrittenReplaced) {
+    InfoItemDirectory directory;
+    SectionId section;
+    ASSERT_EQ(directory.AddSection("Odd", section), 0);
+    boost::intrusive_ptr<InfoBase> info(
+        new BoolInfo(section.GetInfoItemSectionId().CreateInfoItemId(0), "a\xff", Permission_t()));
+    ASSERT_EQ(directory.AddInfo(new InfoHolder(info)), 0);
+    std::string const text = WriteDescription(directory);
+    EXPECT_NE(text.find("\"Odd/a\xef\xbf\xbd\""), std::string::npos) << text;
+    InfoItemDirectory copy;
+    EXPECT_EQ(ReadDescription(text, copy), Problems());
+    EXPECT_NE(copy.FindInfo("Odd", "a\xef\xbf\xbd"), nullptr);
+}
+
 TEST(FilesDescription, ApplicationEndpointsKeepEveryField) {
     // Versions and prefix have no place in a URI: such a default is written
     // as an object.
@@ -364,6 +378,39 @@ TEST(FilesDescription, IdsAreTakenFromTheSectionOrCheckedAgainstIt) {
     EXPECT_EQ(WriteDescription(directory), before);
 }
 
+TEST(FilesDescription, NumbersRunOut) {
+    // 63 top-level sections use every number; a 64th has none.
+    InfoItemDirectory directory;
+    for (int i = 0; i < 63; ++i) {
+        SectionId section;
+        ASSERT_EQ(directory.AddSection("S" + std::to_string(i), section), 0);
+    }
+    EXPECT_EQ(ReadDescription(Settings(R"({"path": "S5/A", "type": "Bool"},
+                                           {"path": "New/A", "type": "Bool"})"),
+                              directory),
+              (Problems{{"/settings/1/path", "no section number is left for New"}}));
+    EXPECT_EQ(directory.FindInfo("S5", "A"), nullptr);
+
+    // A section at depth 4 has room for so many info numbers.
+    InfoItemDirectory deep;
+    SectionId section;
+    ASSERT_EQ(deep.AddSection("a/b/c/d", section), 0);
+    std::size_t const room = section.GetMaxNumInfoItemsInSection() + 1;
+    std::string body;
+    for (std::size_t i = 0; i <= room; ++i) {
+        body += (i ? "," : "") +
+                ("{\"path\": \"a/b/c/d/n" + std::to_string(i) + "\", \"type\": \"Bool\"}");
+    }
+    EXPECT_EQ(ReadDescription(Settings(body), deep),
+              (Problems{{"/settings/" + std::to_string(room) + "/path",
+                         "no info number is left in section a/b/c/d"}}));
+    EXPECT_TRUE(deep.Empty());
+    body = body.substr(0, body.rfind(",{"));
+    ASSERT_EQ(ReadDescription(Settings(body), deep), Problems());
+    EXPECT_EQ(InfoAt(deep, "a/b/c/d/n" + std::to_string(room - 1))->GetId(),
+              static_cast<unsigned int>(section.GetInfoItemSectionId().CreateInfoItemId(room - 1)));
+}
+
 TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
     std::string const file = Settings(R"(
         {"path": "Audio/Input/Gain", "type": "Numeric:U32", "min": 10, "max": 5},
@@ -493,6 +540,10 @@ TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
     std::string const huge(10 * 1024 * 1024, 'x');
     EXPECT_EQ(read(Settings("{\"path\": \"A/" + huge + "\", \"type\": \"Bool\"}")),
               (Problems{{"/settings/0/path", "path is longer than 1024 bytes"}}));
+    // A cut never splits a character: 63 bytes, then a two-byte one.
+    EXPECT_EQ(read(Settings("{\"path\": \"A/B\", \"type\": \"" + std::string(63, 'y') +
+                            "\u00e9\u00e9\"}")),
+              (Problems{{"/settings/0/type", "unknown type " + std::string(63, 'y') + "..."}}));
     EXPECT_EQ(read(Settings("{\"path\": \"A/B\", \"type\": \"" + huge + "\"}")),
               (Problems{{"/settings/0/type", "unknown type " + std::string(64, 'x') + "..."}}));
     EXPECT_EQ(
@@ -580,6 +631,31 @@ TEST(FilesDescription, TheDocumentedExamplesAreRead) {
         ++examples;
     }
     EXPECT_EQ(examples, 18u);
+}
+
+TEST(FilesDescription, ManySettingsTakeConsecutiveNumbers) {
+    constexpr int k_settings = 20000;
+    std::string body;
+    body.reserve(k_settings * 80);
+    for (int i = 0; i < k_settings; ++i) {
+        body += (i ? ",\n" : "") + std::string("{\"path\": \"Sec") + std::to_string(i % 50) +
+                "/Sub/N" + std::to_string(i) + "\", \"type\": \"Numeric:U32\", \"max\": 100}";
+    }
+    InfoItemDirectory directory;
+    ASSERT_EQ(ReadDescription(Settings(body), directory), Problems());
+    Holders holders;
+    directory.GetAllInfoItems(holders);
+    ASSERT_EQ(holders.size(), static_cast<std::size_t>(k_settings));
+    // The 50 sections in order, each with numbers 0, 1, 2, ... in file order.
+    SectionId const last = directory.FindSection("Sec49/Sub");
+    EXPECT_EQ(last.GetSubsectionId(1), 49);
+    EXPECT_EQ(InfoAt(directory, "Sec49/Sub/N" + std::to_string(k_settings - 1))->GetId(),
+              static_cast<unsigned int>(
+                  last.GetInfoItemSectionId().CreateInfoItemId(k_settings / 50 - 1)));
+    std::string const text = WriteDescription(directory);
+    InfoItemDirectory copy;
+    ASSERT_EQ(ReadDescription(text, copy), Problems());
+    EXPECT_EQ(WriteDescription(copy), text);
 }
 
 }  // namespace

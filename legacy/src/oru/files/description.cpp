@@ -33,7 +33,14 @@ constexpr std::size_t k_maxPathLength = 1024;
 // A text from the file, cut for messages so that a huge input cannot make a
 // huge report.
 std::string Shown(std::string const& text, std::size_t limit = 64) {
-    return text.size() <= limit ? text : text.substr(0, limit) + "...";
+    if (text.size() <= limit) {
+        return text;
+    }
+    // Never inside a UTF-8 sequence.
+    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0u) == 0x80u) {
+        --limit;
+    }
+    return text.substr(0, limit) + "...";
 }
 
 std::string Shown(Json const& value) {
@@ -1325,7 +1332,7 @@ public:
     bool NextId(SectionId const& section, std::string const& pointer, Reader& reader,
                 unsigned int& out) {
         InfoItemSectionId const sectionId = section.GetInfoItemSectionId();
-        std::set<unsigned int> const used = UsedNumbers(sectionId);
+        std::set<unsigned int> const& used = UsedNumbers(sectionId);
         std::size_t const max = sectionId.MaxNumInfoItemsInSection();
         std::size_t number = used.empty() ? 0 : static_cast<std::size_t>(*used.rbegin()) + 1;
         if (number > max) {
@@ -1357,6 +1364,9 @@ public:
             return false;
         }
         ids_.emplace(id, path);
+        InfoItemSectionId const infoId(id);
+        unsigned int const mask = InfoFieldMask(infoId.Depth());
+        UsedNumbers(InfoItemSectionId(id | mask)).insert(id & mask);
         return true;
     }
 
@@ -1420,8 +1430,14 @@ private:
         return used;
     }
 
-    std::set<unsigned int> UsedNumbers(InfoItemSectionId const& sectionId) const {
-        std::set<unsigned int> used;
+    // The info numbers in use in a section, from the directory once, then kept
+    // up to date as this file claims ids.
+    std::set<unsigned int>& UsedNumbers(InfoItemSectionId const& sectionId) {
+        auto const known = used_.find(static_cast<unsigned int>(sectionId));
+        if (known != used_.end()) {
+            return known->second;
+        }
+        std::set<unsigned int>& used = used_[static_cast<unsigned int>(sectionId)];
         unsigned int const mask = InfoFieldMask(sectionId.Depth());
         std::vector<boost::intrusive_ptr<InfoHolder const>> infos;
         if (directory_.FindInfos(sectionId, infos) == 0) {
@@ -1430,12 +1446,6 @@ private:
                 if ((id | mask) == static_cast<unsigned int>(sectionId)) {
                     used.insert(id & mask);
                 }
-            }
-        }
-        for (auto const& entry : ids_) {
-            if ((entry.first | mask) == static_cast<unsigned int>(sectionId) &&
-                InfoItemSectionId(entry.first).Depth() == sectionId.Depth()) {
-                used.insert(entry.first & mask);
             }
         }
         return used;
@@ -1451,6 +1461,7 @@ private:
     InfoItemDirectory const& directory_;
     std::vector<SectionId> planned_;
     std::map<unsigned int, std::string> ids_;
+    std::map<unsigned int, std::set<unsigned int>> used_;
 };
 
 struct Planned {
@@ -1597,7 +1608,9 @@ std::string WriteDescription(InfoItemDirectory const& directory) {
     }
     Json document = Json::object();
     document["settings"] = std::move(settings);
-    return document.dump(2);
+    // Names set in code may hold bytes that are no UTF-8: they are replaced
+    // rather than refused, so that writing never fails.
+    return document.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
 std::vector<std::string> DescribedFamilies() {
