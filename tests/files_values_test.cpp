@@ -407,12 +407,12 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
              "\n  \"All/Addr\": \"camera.local\",",
              "\n  \"All/Endpoint\": \"[::1]:80\",",
              "\n  \"All/AppEndpoint\": \"http://10.0.0.1:80\",",
-             "\n  \"All/AppEndpointVersioned\": {\"type\":1,\"version\":3,\"compatVersion\":2,"
-             "\"address\":\"10.0.0.2\",\"port\":8080,\"prefix\":7},",
+             "\n  \"All/AppEndpointVersioned\": {\"protocol\":1,\"version\":3,\"compatVersion\":2,"
+             "\"endpoint\":\"10.0.0.2:8080\",\"addrGroupPrefix\":7},",
              "\n  \"All/RectArray:U16\": [{\"left\":0,\"top\":0,\"right\":65535,\"bottom\":0},"
              "{\"left\":0,\"top\":9,\"right\":0,\"bottom\":0}],",
              "\n  \"All/Composite\": [65,\"pcm\",[true,\"low\"]],",
-             "\n  \"All/Extended\": [\"key\",\"va\\\"lue\"]\n}\n",
+             "\n  \"All/Extended\": {\"first\":\"key\",\"second\":\"va\\\"lue\"}\n}\n",
          }) {
         EXPECT_NE(json.find(line), std::string::npos) << line << "\nin\n" << json;
     }
@@ -817,6 +817,46 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_EQ(
         problems,
         (Problems{{"/c", "2147483648 is out of the range of Enum (-2147483648 to 2147483647)"}}));
+
+    // A message travels as its key and its arguments' texts.
+    LocalizedString greeting("Greeting");
+    greeting.AddArgument(StringItem::Create(0, "Ann"));
+    greeting.AddArgument(NumericItem<S16Traits>::Create(0, -7));
+    LocalizedStringItem message(8);
+    message.SetVal(greeting);
+    EXPECT_EQ(WriteValue(message), "{\"key\":\"Greeting\",\"arguments\":[\"Ann\",\"-7\"]}");
+    problems.clear();
+    item = ReadValue(WriteValue(message), *NewInfo<LocalizedStringInfo>(8, "Hello"), problems);
+    ASSERT_TRUE(item);
+    EXPECT_EQ(WriteValue(*item), "{\"key\":\"Greeting\",\"arguments\":[\"Ann\",\"-7\"]}");
+    EXPECT_EQ(static_cast<LocalizedStringItem const&>(*item).GetVal().GetString(""),
+              greeting.GetString(""));
+    // A pair also reads from an array of two.
+    item = ReadValue("[\"k\", \"v\"]", *NewInfo<ExtendedInfo>(9, "Pair"), problems);
+    ASSERT_TRUE(item);
+    EXPECT_EQ(WriteValue(*item), "{\"first\":\"k\",\"second\":\"v\"}");
+    EXPECT_FALSE(ReadValue("{\"first\": \"k\", \"second\": 2}", *NewInfo<ExtendedInfo>(9, "Pair"),
+                           problems, "/e"));
+    EXPECT_EQ(problems, (Problems{{"/e/second", "expected a string, not a number"}}));
+    // An application endpoint's fields: left out, they are those of a new one.
+    problems.clear();
+    item = ReadValue("{\"protocol\": 66, \"endpoint\": {\"address\": \"rtsp://cam/a:b\"}}",
+                     *NewInfo<AppEndpointInfo>(10, "Stream"), problems);
+    ASSERT_TRUE(item);
+    StrAppEndpoint const& stream = static_cast<AppEndpointItem const&>(*item).Val();
+    EXPECT_EQ(stream, StrAppEndpoint(AppProtocolInfo_t(AppProtocolType_t::Rtsp, 0, 0),
+                                     StrEndpoint(Net::AddrStr("rtsp://cam/a:b"), 0), 0));
+    EXPECT_FALSE(ReadValue("{\"protocol\": -1, \"port\": 1, \"addrGroupPrefix\": 256}",
+                           *NewInfo<AppEndpointInfo>(10, "Stream"), problems, "/a"));
+    EXPECT_EQ(problems, (Problems{{"/a/port",
+                                   "unknown member; expected protocol, version, compatVersion, "
+                                   "endpoint, addrGroupPrefix"}}));
+    problems.clear();
+    EXPECT_FALSE(ReadValue("{\"protocol\": -1, \"addrGroupPrefix\": 256}",
+                           *NewInfo<AppEndpointInfo>(10, "Stream"), problems, "/a"));
+    EXPECT_EQ(problems,
+              (Problems{{"/a/protocol", "-1 is out of the range of U32 (0 to 4294967295)"},
+                        {"/a/addrGroupPrefix", "256 is out of the range of U8 (0 to 255)"}}));
 
     // Endpoints also read from their parts, and URIs must be URIs.
     problems.clear();
