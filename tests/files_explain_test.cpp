@@ -378,6 +378,36 @@ TEST(FilesExplain, NeverDisagreesWithValidate) {
             }
         }
     }
+    // Flags against every fixed flag and default.
+    for (int bits = 0; bits < 8; ++bits) {
+        auto boolInfo = Make<BoolInfo>("B");
+        boolInfo->SetFixed(bits & 1);
+        boolInfo->SetDefault(bits & 2);
+        BoolItem flag(1);
+        flag.SetVal(bits & 4);
+        EXPECT_EQ(Explain(flag, boolInfo).has_value(), flag.Validate(boolInfo) != nullptr) << bits;
+    }
+    // Composites of every shape of up to three children of two families.
+    auto compositeInfo = Make<CompositeInfo>("C");
+    compositeInfo->AddInfo(Make<BoolInfo>("x"));
+    compositeInfo->AddInfo(Make<StringInfo>("y"));
+    for (int shape = 0; shape < 15; ++shape) {
+        CompositeItem composite(1);
+        int const count = shape < 1 ? 0 : shape < 3 ? 1 : shape < 7 ? 2 : 3;
+        int const first = shape < 1 ? 0 : shape < 3 ? 1 : shape < 7 ? 3 : 7;
+        for (int child = 0; child < count; ++child) {
+            if ((shape - first) >> child & 1) {
+                composite.AddItem(new StringItem(0));
+            } else {
+                composite.AddItem(new BoolItem(0));
+            }
+        }
+        auto const explained = Explain(composite, compositeInfo);
+        EXPECT_EQ(explained.has_value(), composite.Validate(compositeInfo) != nullptr) << shape;
+        if (explained && count != 2) {
+            EXPECT_EQ(explained->message.GetKey(), "TypesSystemCompositeValidationSize");
+        }
+    }
     auto enumInfo = Make<EnumInfo>("E", false);
     EnumInfo::Table table(3);
     table[0].value = -3;

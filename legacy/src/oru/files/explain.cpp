@@ -157,77 +157,116 @@ std::optional<Failure> CompositeFailure(CompositeItem const& item, InfoBase cons
     return std::nullopt;
 }
 
-// The failing check's composition, by the item's family; nothing when the
-// family's conditions hold or the family is not one the model checks.
+std::optional<Failure> BoolFailure(BoolItem const& item, InfoBase const* info) {
+    auto const* const boolInfo = dynamic_cast<BoolInfo const*>(info);
+    if (!boolInfo) {
+        return TypeMismatch(item, info);
+    }
+    if (!boolInfo->GetFixed() || item.GetVal() == boolInfo->GetDefault()) {
+        return std::nullopt;
+    }
+    return Compose("TypesSystemBoolValidationFixedVal",
+                   {boolInfo->GetName(), Text(boolInfo->GetDefault())});
+}
+
+std::optional<Failure> EnumFailure(EnumItem const& item, InfoBase const* info) {
+    auto const* const enumInfo = dynamic_cast<EnumInfo const*>(info);
+    if (!enumInfo) {
+        return TypeMismatch(item, info);
+    }
+    // A disabled entry is still known to the check.
+    if (enumInfo->IsPresent(item.GetVal())) {
+        return std::nullopt;
+    }
+    return Compose("TypesSystemEnumValidationValue", {enumInfo->GetName(), Text(item.GetVal())});
+}
+
+std::optional<Failure> StringFailure(StringItem const& item, InfoBase const* info) {
+    auto const* const stringInfo = dynamic_cast<StringInfo const*>(info);
+    if (!stringInfo) {
+        return TypeMismatch(item, info);
+    }
+    if (item.GetVal().size() <= stringInfo->GetMaxLength()) {
+        return std::nullopt;
+    }
+    return Compose("TypesSystemStringValidationLength",
+                   {stringInfo->GetName(), Text(stringInfo->GetMaxLength())});
+}
+
+// The failing check's composition, found by the item's family word and then
+// its class; nothing when the family's conditions hold or the item is of no
+// class the model checks.
 std::optional<Failure> Derive(ItemBase const& item, InfoBase const* info) {
     std::optional<Failure> out;
-#define ORU_FILES_TRY_NUMERIC(T)          \
-    if (TryNumeric<T>(item, info, out)) { \
-        return out;                       \
+    switch (item.GetType()) {
+        case OruType_t::Numeric:
+        case OruType_t::NumericArray:
+        case OruType_t::NumericSparse:
+#define ORU_FILES_TRY_NUMERIC(T)                                                       \
+    if (item.GetNumericType() == T::k_numericType && TryNumeric<T>(item, info, out)) { \
+        return out;                                                                    \
     }
-    LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(ORU_FILES_TRY_NUMERIC)
+            LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(ORU_FILES_TRY_NUMERIC)
 #undef ORU_FILES_TRY_NUMERIC
-#define ORU_FILES_TRY_GEOMETRY(T)          \
-    if (TryGeometry<T>(item, info, out)) { \
-        return out;                        \
+            break;
+        case OruType_t::Coordinate:
+        case OruType_t::Rectangle:
+#define ORU_FILES_TRY_GEOMETRY(T)                                                       \
+    if (item.GetNumericType() == T::k_numericType && TryGeometry<T>(item, info, out)) { \
+        return out;                                                                     \
     }
-    LEGACY_ORU_FOR_EACH_GEOMETRY_TRAITS(ORU_FILES_TRY_GEOMETRY)
+            LEGACY_ORU_FOR_EACH_GEOMETRY_TRAITS(ORU_FILES_TRY_GEOMETRY)
 #undef ORU_FILES_TRY_GEOMETRY
-    if (dynamic_cast<RectArrayItem<U16Traits> const*>(&item)) {
-        return Illegal(item, info);
-    }
-    if (auto const* const boolItem = dynamic_cast<BoolItem const*>(&item)) {
-        auto const* const boolInfo = dynamic_cast<BoolInfo const*>(info);
-        if (!boolInfo) {
-            return TypeMismatch(item, info);
-        }
-        if (!boolInfo->GetFixed() || boolItem->GetVal() == boolInfo->GetDefault()) {
-            return std::nullopt;
-        }
-        return Compose("TypesSystemBoolValidationFixedVal",
-                       {boolInfo->GetName(), Text(boolInfo->GetDefault())});
-    }
-    if (auto const* const flags = dynamic_cast<BoolArrayItem const*>(&item)) {
-        // One key for both bounds, as the check writes it.
-        return SizeFailure<BoolArrayInfo>(item, info, flags->GetSize(),
-                                          "BoolArrayValidationMinSize",
-                                          "BoolArrayValidationMinSize");
-    }
-    if (auto const* const strings = dynamic_cast<StringArrayItem const*>(&item)) {
-        return SizeFailure<StringArrayInfo>(item, info, strings->GetSize(),
-                                            "TypesSystemStringArrayValidationMinSize",
-                                            "TypesSystemStringArrayValidationMaxSize");
-    }
-    if (auto const* const enumItem = dynamic_cast<EnumItem const*>(&item)) {
-        auto const* const enumInfo = dynamic_cast<EnumInfo const*>(info);
-        if (!enumInfo) {
-            return TypeMismatch(item, info);
-        }
-        if (enumInfo->IsPresent(enumItem->GetVal())) {
-            return std::nullopt;
-        }
-        return Compose("TypesSystemEnumValidationValue",
-                       {enumInfo->GetName(), Text(enumItem->GetVal())});
-    }
-    if (auto const* const text = dynamic_cast<StringItem const*>(&item)) {
-        auto const* const stringInfo = dynamic_cast<StringInfo const*>(info);
-        if (!stringInfo) {
-            return TypeMismatch(item, info);
-        }
-        if (text->GetVal().size() <= stringInfo->GetMaxLength()) {
-            return std::nullopt;
-        }
-        return Compose("TypesSystemStringValidationLength",
-                       {stringInfo->GetName(), Text(stringInfo->GetMaxLength())});
-    }
-    if (auto const* const composite = dynamic_cast<CompositeItem const*>(&item)) {
-        return CompositeFailure(*composite, info);
-    }
-    if (dynamic_cast<ExtendedItem const*>(&item)) {
-        if (!dynamic_cast<ExtendedInfo const*>(info)) {
-            return TypeMismatch(item, info);
-        }
-        return std::nullopt;
+            break;
+        case OruType_t::RectArray:
+            if (dynamic_cast<RectArrayItem<U16Traits> const*>(&item)) {
+                return Illegal(item, info);
+            }
+            break;
+        case OruType_t::Bool:
+            if (auto const* const flag = dynamic_cast<BoolItem const*>(&item)) {
+                return BoolFailure(*flag, info);
+            }
+            break;
+        case OruType_t::BoolArray:
+            if (auto const* const flags = dynamic_cast<BoolArrayItem const*>(&item)) {
+                // One key for both bounds, as the check writes it.
+                return SizeFailure<BoolArrayInfo>(item, info, flags->GetSize(),
+                                                  "BoolArrayValidationMinSize",
+                                                  "BoolArrayValidationMinSize");
+            }
+            break;
+        case OruType_t::StringArray:
+            if (auto const* const strings = dynamic_cast<StringArrayItem const*>(&item)) {
+                return SizeFailure<StringArrayInfo>(item, info, strings->GetSize(),
+                                                    "TypesSystemStringArrayValidationMinSize",
+                                                    "TypesSystemStringArrayValidationMaxSize");
+            }
+            break;
+        case OruType_t::Enum:
+            if (auto const* const choice = dynamic_cast<EnumItem const*>(&item)) {
+                return EnumFailure(*choice, info);
+            }
+            break;
+        case OruType_t::String:
+            if (auto const* const text = dynamic_cast<StringItem const*>(&item)) {
+                return StringFailure(*text, info);
+            }
+            break;
+        case OruType_t::Composite:
+            if (auto const* const composite = dynamic_cast<CompositeItem const*>(&item)) {
+                return CompositeFailure(*composite, info);
+            }
+            break;
+        case OruType_t::Extended:
+            if (dynamic_cast<ExtendedItem const*>(&item) &&
+                !dynamic_cast<ExtendedInfo const*>(info)) {
+                return TypeMismatch(item, info);
+            }
+            break;
+        default:
+            // The other families pass every check.
+            break;
     }
     return std::nullopt;
 }

@@ -1,0 +1,1626 @@
+#include <legacy/oru/files/description.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <set>
+#include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include <legacy/oru/oru.h>
+
+#include "families.h"
+
+namespace Legacy {
+namespace Oru {
+namespace Files {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Bounds on hostile input: containers nest at most this deep, and a setting's
+// path is at most this long.
+constexpr std::size_t k_maxDepth = 64;
+constexpr std::size_t k_maxPathLength = 1024;
+
+// A text from the file, cut for messages so that a huge input cannot make a
+// huge report.
+std::string Shown(std::string const& text, std::size_t limit = 64) {
+    if (text.size() <= limit) {
+        return text;
+    }
+    // Never inside a UTF-8 sequence.
+    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0u) == 0x80u) {
+        --limit;
+    }
+    return text.substr(0, limit) + "...";
+}
+
+std::string Shown(Json const& value) {
+    return value.is_string() ? Shown(value.get_ref<std::string const&>()) : Shown(value.dump());
+}
+
+// ---- Syntax: malformed text, duplicate keys, nesting ----
+
+// Looks at the token stream before any tree is built: the parser's own error
+// with its byte position, every key given twice in one object, and nesting
+// beyond k_maxDepth.
+class SyntaxCheck : public nlohmann::json_sax<Json> {
+public:
+    explicit SyntaxCheck(Problems& problems) : problems_(problems) {}
+
+    bool null() override { return Value(); }
+    bool boolean(bool) override { return Value(); }
+    bool number_integer(number_integer_t) override { return Value(); }
+    bool number_unsigned(number_unsigned_t) override { return Value(); }
+    bool number_float(number_float_t, string_t const&) override { return Value(); }
+    bool string(string_t&) override { return Value(); }
+    bool binary(binary_t&) override { return Value(); }
+    bool start_object(std::size_t) override { return Open(true); }
+    bool end_object() override { return Close(); }
+    bool start_array(std::size_t) override { return Open(false); }
+    bool end_array() override { return Close(); }
+
+    bool key(string_t& name) override {
+        Frame& frame = frames_.back();
+        frame.token = PointerToken(name);
+        if (!frame.keys.insert(name).second) {
+            problems_.push_back({Pointer(), "key " + Shown(name) + " appears twice"});
+        }
+        return true;
+    }
+
+    bool parse_error(std::size_t position, std::string const&,
+                     nlohmann::detail::exception const& error) override {
+        std::string text = error.what();
+        // "[json.exception.parse_error.101] parse error at line 1, column 5: ..."
+        std::size_t const bracket = text.find("] ");
+        if (bracket != std::string::npos) {
+            text.erase(0, bracket + 2);
+        }
+        std::size_t const column = text.find("column ");
+        std::size_t const colon = text.find(": ");
+        if (text.compare(0, 12, "parse error ") == 0 && column != std::string::npos &&
+            colon != std::string::npos) {
+            text.erase(0, colon + 2);
+        }
+        problems_.push_back(
+            {"", "malformed JSON at byte " + std::to_string(position) + ": " + Shown(text, 200)});
+        return false;
+    }
+
+private:
+    struct Frame {
+        bool object;
+        std::size_t next = 0;
+        std::string token;
+        std::unordered_set<std::string> keys;
+    };
+
+    std::string Pointer() const {
+        std::string pointer;
+        for (Frame const& frame : frames_) {
+            pointer += "/" + frame.token;
+        }
+        return pointer;
+    }
+
+    bool Value() {
+        if (!frames_.empty() && !frames_.back().object) {
+            frames_.back().token = std::to_string(frames_.back().next++);
+        }
+        return true;
+    }
+
+    bool Open(bool object) {
+        Value();
+        if (frames_.size() >= k_maxDepth) {
+            problems_.push_back(
+                {Pointer(), "nesting is deeper than " + std::to_string(k_maxDepth) + " levels"});
+            return false;
+        }
+        frames_.push_back(Frame{object, 0, std::string(), {}});
+        return true;
+    }
+
+    bool Close() {
+        frames_.pop_back();
+        return true;
+    }
+
+    Problems& problems_;
+    std::vector<Frame> frames_;
+};
+
+// ---- Values of members ----
+
+class Reader {
+public:
+    explicit Reader(Problems& problems) : problems_(problems) {}
+
+    void Add(std::string const& pointer, std::string const& message) {
+        problems_.push_back({pointer, message});
+    }
+
+    std::size_t Count() const { return problems_.size(); }
+
+    bool Bool(Json const& value, std::string const& pointer, bool& out) {
+        if (!value.is_boolean()) {
+            Add(pointer, "must be true or false");
+            return false;
+        }
+        out = value.get<bool>();
+        return true;
+    }
+
+    bool String(Json const& value, std::string const& pointer, std::string& out) {
+        if (!value.is_string()) {
+            Add(pointer, "must be a string");
+            return false;
+        }
+        out = value.get_ref<std::string const&>();
+        return true;
+    }
+
+    // A whole number in [0, max] or [min, max] of E, read without a detour
+    // through double, or any number a floating E can hold.
+    template <class E>
+    bool Number(Json const& value, std::string const& pointer, E& out, char const* typeName) {
+        if (!value.is_number()) {
+            Add(pointer, "must be a number");
+            return false;
+        }
+        if constexpr (std::is_floating_point<E>::value) {
+            double const read = value.get<double>();
+            if (!std::isfinite(read) || std::fabs(read) > std::numeric_limits<E>::max()) {
+                return Misfit(value, pointer, typeName);
+            }
+            out = static_cast<E>(read);
+            return true;
+        } else {
+            if (value.is_number_float()) {
+                double const read = value.get<double>();
+                if (std::isfinite(read) && std::trunc(read) == read) {
+                    return Misfit(value, pointer, typeName);
+                }
+                Add(pointer, Shown(value) + " is not a whole number");
+                return false;
+            }
+            if (value.is_number_unsigned()) {
+                std::uint64_t const read = value.get<std::uint64_t>();
+                if (read > static_cast<std::uint64_t>(std::numeric_limits<E>::max())) {
+                    return Misfit(value, pointer, typeName);
+                }
+                out = static_cast<E>(read);
+                return true;
+            }
+            std::int64_t const read = value.get<std::int64_t>();
+            if (read < 0 && !std::is_signed<E>::value) {
+                return Misfit(value, pointer, typeName);
+            }
+            if (std::is_signed<E>::value &&
+                (read < static_cast<std::int64_t>(std::numeric_limits<E>::lowest()) ||
+                 read > static_cast<std::int64_t>(std::numeric_limits<E>::max()))) {
+                return Misfit(value, pointer, typeName);
+            }
+            out = static_cast<E>(read);
+            return true;
+        }
+    }
+
+    bool Size(Json const& value, std::string const& pointer, unsigned long long& out) {
+        return Number(value, pointer, out, "a size");
+    }
+
+    bool Array(Json const& value, std::string const& pointer) {
+        if (!value.is_array()) {
+            Add(pointer, "must be an array");
+            return false;
+        }
+        return true;
+    }
+
+    bool Object(Json const& value, std::string const& pointer) {
+        if (!value.is_object()) {
+            Add(pointer, "must be an object");
+            return false;
+        }
+        return true;
+    }
+
+private:
+    bool Misfit(Json const& value, std::string const& pointer, char const* typeName) {
+        Add(pointer, Shown(value) + " does not fit " + typeName);
+        return false;
+    }
+
+    Problems& problems_;
+};
+
+// The members of one object that a family reads, each with its pointer.
+class Members {
+public:
+    Members(Json const& object, std::string pointer, Reader& reader)
+        : object_(object), pointer_(std::move(pointer)), reader_(reader) {}
+
+    // The member, or null when absent; marks the key as known.
+    Json const* Get(char const* key) {
+        known_.insert(key);
+        auto const found = object_.find(key);
+        return found == object_.end() ? nullptr : &*found;
+    }
+
+    std::string PointerOf(std::string const& key) const {
+        return pointer_ + "/" + PointerToken(key);
+    }
+    std::string const& Pointer() const { return pointer_; }
+    Reader& Check() { return reader_; }
+
+    // Every member no one asked for.
+    void RefuseUnknown() {
+        for (auto const& member : object_.items()) {
+            if (known_.count(member.key()) == 0) {
+                reader_.Add(PointerOf(member.key()), "unknown key " + Shown(member.key()));
+            }
+        }
+    }
+
+private:
+    Json const& object_;
+    std::string pointer_;
+    Reader& reader_;
+    std::set<std::string> known_;
+};
+
+template <class T>
+char const* ElementName() {
+    return NumericTypeText(T::k_numericType);
+}
+
+template <class E>
+Json NumberJson(E value) {
+    if constexpr (std::is_floating_point<E>::value) {
+        return Json(static_cast<double>(value));
+    } else if constexpr (std::is_signed<E>::value) {
+        return Json(static_cast<std::int64_t>(value));
+    } else {
+        return Json(static_cast<std::uint64_t>(value));
+    }
+}
+
+Json ColourJson(Vintor::Colour_t const& colour) {
+    Json out = Json::object();
+    out["a"] = static_cast<double>(colour.a);
+    out["r"] = static_cast<double>(colour.r);
+    out["g"] = static_cast<double>(colour.g);
+    out["b"] = static_cast<double>(colour.b);
+    return out;
+}
+
+bool ReadColour(Json const& value, std::string const& pointer, Reader& reader,
+                Vintor::Colour_t& out) {
+    if (!reader.Object(value, pointer)) {
+        return false;
+    }
+    Members members(value, pointer, reader);
+    std::size_t const before = reader.Count();
+    float* const fields[] = {&out.a, &out.r, &out.g, &out.b};
+    char const* const names[] = {"a", "r", "g", "b"};
+    for (std::size_t i = 0; i < 4; ++i) {
+        Json const* const field = members.Get(names[i]);
+        if (!field) {
+            reader.Add(pointer, std::string(names[i]) + " is missing");
+        } else {
+            reader.Number(*field, members.PointerOf(names[i]), *fields[i], "Float");
+        }
+    }
+    members.RefuseUnknown();
+    return reader.Count() == before;
+}
+
+// An application endpoint as its URI when that reads back the same, else as
+// an object with every field (a URI has no place for versions or prefix).
+using AppEndpointStr = AppEndpoint<Net::Endpoint<Net::AddrStr>>;
+
+Json AppEndpointJson(AppEndpointStr const& endpoint) {
+    std::string const uri = endpoint.ToUri();
+    if (AppEndpointStr::FromUri(uri) == endpoint) {
+        return Json(uri);
+    }
+    Json out = Json::object();
+    out["protocol"] = static_cast<std::uint32_t>(endpoint.GetAppProtocolType());
+    out["version"] = endpoint.GetAppProtocolVersion();
+    out["compatVersion"] = endpoint.GetAppProtocolCompatVersion();
+    out["endpoint"] = endpoint.GetEndpoint().ToString();
+    out["addrGroupPrefix"] = endpoint.GetAddrGroupPrefix();
+    return out;
+}
+
+bool ReadAppEndpoint(Json const& value, std::string const& pointer, Reader& reader,
+                     AppEndpointStr& out) {
+    if (value.is_string()) {
+        out = AppEndpointStr::FromUri(value.get_ref<std::string const&>());
+        return true;
+    }
+    if (!value.is_object()) {
+        reader.Add(pointer, "must be a URI or an object");
+        return false;
+    }
+    Members members(value, pointer, reader);
+    std::size_t const before = reader.Count();
+    std::uint32_t protocol = 0;
+    unsigned short version = 0;
+    unsigned short compatVersion = 0;
+    unsigned char prefix = 0;
+    std::string endpoint;
+    if (Json const* const field = members.Get("protocol")) {
+        reader.Number(*field, members.PointerOf("protocol"), protocol, "a protocol");
+    }
+    if (Json const* const field = members.Get("version")) {
+        reader.Number(*field, members.PointerOf("version"), version, "a version");
+    }
+    if (Json const* const field = members.Get("compatVersion")) {
+        reader.Number(*field, members.PointerOf("compatVersion"), compatVersion, "a version");
+    }
+    if (Json const* const field = members.Get("addrGroupPrefix")) {
+        reader.Number(*field, members.PointerOf("addrGroupPrefix"), prefix, "a prefix");
+    }
+    if (Json const* const field = members.Get("endpoint")) {
+        reader.String(*field, members.PointerOf("endpoint"), endpoint);
+    }
+    members.RefuseUnknown();
+    if (reader.Count() != before) {
+        return false;
+    }
+    out = AppEndpointStr(
+        AppProtocolInfo_t(static_cast<AppProtocolType_t>(protocol), version, compatVersion),
+        Net::Endpoint<Net::AddrStr>::FromString(endpoint), prefix);
+    return true;
+}
+
+// ---- Each family: its keys written, and read into a fresh Info ----
+
+void Describe(InfoBase const& info, Json& out);
+boost::intrusive_ptr<InfoBase> ReadInfo(Json const& object, std::string const& pointer,
+                                        Reader& reader, bool child, Family const*& family);
+
+// min, max and default of a scalar, read together so that they are checked
+// against each other and the Info never clamps one of them.
+template <class T>
+void ReadScalar(Members& members, NumericInfo<T>& info) {
+    using E = typename T::Element;
+    Reader& reader = members.Check();
+    E min = info.GetMin();
+    E max = info.GetMax();
+    E value = info.GetDefault();
+    Json const* const minJson = members.Get("min");
+    Json const* const maxJson = members.Get("max");
+    Json const* const defaultJson = members.Get("default");
+    bool ok = true;
+    ok = (!minJson || reader.Number(*minJson, members.PointerOf("min"), min, ElementName<T>())) &&
+         ok;
+    ok = (!maxJson || reader.Number(*maxJson, members.PointerOf("max"), max, ElementName<T>())) &&
+         ok;
+    ok = (!defaultJson ||
+          reader.Number(*defaultJson, members.PointerOf("default"), value, ElementName<T>())) &&
+         ok;
+    if (!ok) {
+        return;
+    }
+    if (max < min) {
+        reader.Add(members.PointerOf(maxJson ? "max" : "min"), "max is below min");
+        return;
+    }
+    if (defaultJson && (value < min || value > max)) {
+        reader.Add(members.PointerOf("default"),
+                   value < min ? "default is below min" : "default is above max");
+        return;
+    }
+    // Only what changes is set: the setters move the default, and a fresh
+    // Info's default may lie outside its own bounds.
+    if (min != info.GetMin()) {
+        info.SetMin(min);
+    }
+    if (max != info.GetMax()) {
+        info.SetMax(max);
+    }
+    if (defaultJson) {
+        info.SetDefault(value);
+    }
+}
+
+template <class T>
+void WriteScalar(NumericInfo<T> const& info, Json& out) {
+    out["min"] = NumberJson(info.GetMin());
+    out["max"] = NumberJson(info.GetMax());
+    // A default outside the bounds is a fresh Info's own, which no setter
+    // can give: left out, it stays so when read.
+    if (!(info.GetDefault() < info.GetMin()) && !(info.GetDefault() > info.GetMax())) {
+        out["default"] = NumberJson(info.GetDefault());
+    }
+}
+
+// A nested scalar: "x": {"min": 0, "max": 100, "default": 5}.
+template <class T>
+void ReadPart(Members& members, char const* key, NumericInfo<T>& part) {
+    Json const* const value = members.Get(key);
+    if (!value) {
+        return;
+    }
+    std::string const pointer = members.PointerOf(key);
+    if (!members.Check().Object(*value, pointer)) {
+        return;
+    }
+    Members inner(*value, pointer, members.Check());
+    ReadScalar(inner, part);
+    inner.RefuseUnknown();
+}
+
+template <class T>
+Json ScalarJson(NumericInfo<T> const& info) {
+    Json out = Json::object();
+    WriteScalar(info, out);
+    return out;
+}
+
+template <class T>
+Json CoordinateJson(CoordinateInfo<T> const& info) {
+    Json out = Json::object();
+    out["x"] = ScalarJson(*info.X());
+    out["y"] = ScalarJson(*info.Y());
+    return out;
+}
+
+template <class T>
+void ReadCorner(Members& members, char const* key, CoordinateInfo<T>& corner) {
+    Json const* const value = members.Get(key);
+    if (!value) {
+        return;
+    }
+    std::string const pointer = members.PointerOf(key);
+    if (!members.Check().Object(*value, pointer)) {
+        return;
+    }
+    Members inner(*value, pointer, members.Check());
+    ReadPart(inner, "x", *corner.X());
+    ReadPart(inner, "y", *corner.Y());
+    inner.RefuseUnknown();
+}
+
+// minSize and maxSize, checked against each other; the Info takes them only
+// when both fit.
+template <class InfoT>
+bool ReadSizes(Members& members, InfoT& info, unsigned long long& min, unsigned long long& max) {
+    Reader& reader = members.Check();
+    min = info.GetMinSize();
+    max = info.GetMaxSize();
+    Json const* const minJson = members.Get("minSize");
+    Json const* const maxJson = members.Get("maxSize");
+    bool ok = true;
+    ok = (!minJson || reader.Size(*minJson, members.PointerOf("minSize"), min)) && ok;
+    ok = (!maxJson || reader.Size(*maxJson, members.PointerOf("maxSize"), max)) && ok;
+    if (!ok) {
+        return false;
+    }
+    if (max < min) {
+        reader.Add(members.PointerOf(maxJson ? "maxSize" : "minSize"), "maxSize is below minSize");
+        return false;
+    }
+    return true;
+}
+
+template <class InfoT>
+void SetSizes(InfoT& info, unsigned long long min, unsigned long long max) {
+    // The maximum first: raising the minimum above the old maximum would move it.
+    info.SetMaxSize(static_cast<decltype(info.GetMaxSize())>(max));
+    info.SetMinSize(static_cast<decltype(info.GetMinSize())>(min));
+}
+
+bool DefaultCountFits(Members& members, std::size_t count, unsigned long long min,
+                      unsigned long long max) {
+    if (count < min || count > max) {
+        members.Check().Add(members.PointerOf("default"),
+                            "default has " + std::to_string(count) + " elements; it must have " +
+                                std::to_string(min) + " to " + std::to_string(max));
+        return false;
+    }
+    return true;
+}
+
+// The elements of an array member, each read by read(value, pointer, out).
+template <class E, class ReadOne>
+bool ReadArray(Members& members, char const* key, std::vector<E>& out, ReadOne readOne) {
+    Json const* const value = members.Get(key);
+    if (!value) {
+        return false;
+    }
+    std::string const pointer = members.PointerOf(key);
+    if (!members.Check().Array(*value, pointer)) {
+        return false;
+    }
+    bool ok = true;
+    out.clear();
+    out.reserve(value->size());
+    for (std::size_t i = 0; i < value->size(); ++i) {
+        E element{};
+        ok = readOne((*value)[i], pointer + "/" + std::to_string(i), element) && ok;
+        out.push_back(element);
+    }
+    return ok;
+}
+
+struct Writer {
+    Json& out;
+
+    // An array default whose count lies outside the sizes is an empty one
+    // the Info kept; no setter takes it, and left out it stays so when read.
+    template <class InfoT>
+    void ArrayDefault(InfoT const& info, Json values) {
+        std::size_t const count = info.GetDefault().size();
+        if (count >= info.GetMinSize() && count <= info.GetMaxSize()) {
+            out["default"] = std::move(values);
+        }
+    }
+
+    template <class T>
+    void operator()(NumericInfo<T> const& info) {
+        WriteScalar(info, out);
+    }
+
+    template <class T>
+    void operator()(NumericArrayInfo<T> const& info) {
+        out["minSize"] = info.GetMinSize();
+        out["maxSize"] = info.GetMaxSize();
+        out["min"] = NumberJson(info.GetMin());
+        out["max"] = NumberJson(info.GetMax());
+        Json values = Json::array();
+        for (auto const element : info.GetDefault()) {
+            values.push_back(NumberJson(element));
+        }
+        ArrayDefault(info, std::move(values));
+    }
+
+    template <class T>
+    void operator()(NumericSparseInfo<T> const& info) {
+        Json table = Json::array();
+        for (auto const element : info.GetTable()) {
+            table.push_back(NumberJson(element));
+        }
+        out["table"] = std::move(table);
+        // With no table the default is the Info's own and no setter takes it.
+        if (!info.GetTable().empty()) {
+            out["default"] = NumberJson(info.GetDefault());
+        }
+    }
+
+    template <class T>
+    void operator()(CoordinateInfo<T> const& info) {
+        out["x"] = ScalarJson(*info.X());
+        out["y"] = ScalarJson(*info.Y());
+    }
+
+    template <class T>
+    void operator()(RectInfo<T> const& info) {
+        out["topLeft"] = CoordinateJson(*info.TopLeft());
+        out["bottomRight"] = CoordinateJson(*info.BottomRight());
+    }
+
+    template <class T>
+    void operator()(RectArrayInfo<T> const& info) {
+        out["minSize"] = info.GetMinSize();
+        out["maxSize"] = info.GetMaxSize();
+        out["topLeft"] = CoordinateJson(*info.TopLeft());
+        out["bottomRight"] = CoordinateJson(*info.BottomRight());
+    }
+
+    void operator()(BoolInfo const& info) {
+        out["fixed"] = info.GetFixed();
+        out["default"] = info.GetDefault();
+    }
+
+    void operator()(BoolArrayInfo const& info) {
+        out["minSize"] = info.GetMinSize();
+        out["maxSize"] = info.GetMaxSize();
+        Json values = Json::array();
+        for (bool const flag : info.GetDefault()) {
+            values.push_back(flag);
+        }
+        ArrayDefault(info, std::move(values));
+    }
+
+    void operator()(EnumInfo const& info) {
+        Json table = Json::array();
+        for (auto const& entry : info.GetTable()) {
+            Json element = Json::object();
+            element["name"] = entry.name;
+            element["value"] = entry.value;
+            element["disabled"] = entry.disabled;
+            table.push_back(std::move(element));
+        }
+        out["table"] = std::move(table);
+        out["default"] = info.GetDefault();
+        out["localized"] = info.IsLocalized();
+    }
+
+    void operator()(StringInfo const& info) {
+        out["maxLength"] = info.GetMaxLength();
+        out["default"] = info.GetDefault();
+    }
+
+    void operator()(StringArrayInfo const& info) {
+        out["minSize"] = info.GetMinSize();
+        out["maxSize"] = info.GetMaxSize();
+        ArrayDefault(info, Json(info.GetDefault()));
+    }
+
+    void operator()(StringSparseInfo const& info) {
+        out["table"] = info.GetTable();
+        if (!info.GetTable().empty()) {
+            out["default"] = info.GetDefault();
+        }
+    }
+
+    void operator()(ColourInfo const& info) {
+        out["min"] = ColourJson(info.GetMin());
+        out["max"] = ColourJson(info.GetMax());
+        out["default"] = ColourJson(info.GetDefault());
+    }
+
+    void operator()(AddrInfo const& info) { out["default"] = info.GetDefault().ToString(); }
+
+    void operator()(EndpointInfo const& info) { out["default"] = info.GetDefault().ToString(); }
+
+    void operator()(AppEndpointInfo const& info) {
+        out["default"] = AppEndpointJson(info.GetDefault());
+    }
+
+    void operator()(AppEndpointArrayInfo const& info) {
+        out["minSize"] = static_cast<std::uint64_t>(info.GetMinSize());
+        out["maxSize"] = static_cast<std::uint64_t>(info.GetMaxSize());
+        Json uris = Json::array();
+        for (auto const& endpoint : info.GetDefault()) {
+            uris.push_back(AppEndpointJson(endpoint));
+        }
+        out["default"] = std::move(uris);
+    }
+
+    template <class Parent>
+    void Children(Parent const& info) {
+        Json children = Json::array();
+        for (std::size_t i = 0; i < info.GetSize(); ++i) {
+            Json child = Json::object();
+            if (auto const childInfo = info.GetInfo(i)) {
+                Describe(*childInfo, child);
+            }
+            children.push_back(std::move(child));
+        }
+        out["children"] = std::move(children);
+    }
+
+    void operator()(CompositeInfo const& info) { Children(info); }
+    void operator()(CollectionInfo const& info) { Children(info); }
+
+    void operator()(ExtendedInfo const& info) {
+        Json pair = Json::object();
+        pair["first"] = info.GetDefault().first;
+        pair["second"] = info.GetDefault().second;
+        out["default"] = std::move(pair);
+    }
+
+    void operator()(LocalizedStringInfo const& info) {
+        Json message = Json::object();
+        message["key"] = info.GetDefault().GetKey();
+        Json arguments = Json::array();
+        for (auto const& argument : info.GetDefault().GetArguments()) {
+            arguments.push_back(argument ? argument->GetValAsString() : std::string());
+        }
+        message["arguments"] = std::move(arguments);
+        out["default"] = std::move(message);
+    }
+};
+
+// Reads the family's own keys into info, a fresh Info of the family.
+struct Filler {
+    Members& members;
+
+    Reader& reader() { return members.Check(); }
+
+    template <class T>
+    void operator()(NumericInfo<T>& info) {
+        ReadScalar(members, info);
+    }
+
+    template <class T>
+    void operator()(NumericArrayInfo<T>& info) {
+        using E = typename T::Element;
+        unsigned long long minSize = 0;
+        unsigned long long maxSize = 0;
+        bool const sizes = ReadSizes(members, info, minSize, maxSize);
+        E min = info.GetMin();
+        E max = info.GetMax();
+        Json const* const minJson = members.Get("min");
+        Json const* const maxJson = members.Get("max");
+        bool ok = true;
+        ok = (!minJson ||
+              reader().Number(*minJson, members.PointerOf("min"), min, ElementName<T>())) &&
+             ok;
+        ok = (!maxJson ||
+              reader().Number(*maxJson, members.PointerOf("max"), max, ElementName<T>())) &&
+             ok;
+        if (ok && max < min) {
+            reader().Add(members.PointerOf(maxJson ? "max" : "min"), "max is below min");
+            ok = false;
+        }
+        std::vector<E> values;
+        bool const hasDefault = members.Get("default") != nullptr;
+        bool const valuesOk =
+            ReadArray(members, "default", values,
+                      [this](Json const& value, std::string const& pointer, E& out) {
+                          return reader().Number(value, pointer, out, ElementName<T>());
+                      });
+        if (!sizes || !ok || (hasDefault && !valuesOk)) {
+            return;
+        }
+        if (hasDefault && !DefaultCountFits(members, values.size(), minSize, maxSize)) {
+            return;
+        }
+        SetSizes(info, minSize, maxSize);
+        info.SetMax(max);
+        info.SetMin(min);
+        if (hasDefault) {
+            info.SetDefault(values);
+        }
+    }
+
+    template <class T>
+    void operator()(NumericSparseInfo<T>& info) {
+        using E = typename T::Element;
+        std::vector<E> table;
+        bool const hasTable = members.Get("table") != nullptr;
+        bool const tableOk = ReadArray(
+            members, "table", table, [this](Json const& value, std::string const& pointer, E& out) {
+                return reader().Number(value, pointer, out, ElementName<T>());
+            });
+        E value{};
+        Json const* const defaultJson = members.Get("default");
+        bool const defaultOk =
+            !defaultJson ||
+            reader().Number(*defaultJson, members.PointerOf("default"), value, ElementName<T>());
+        if ((hasTable && !tableOk) || !defaultOk) {
+            return;
+        }
+        if (hasTable) {
+            info.SetTable(table);
+        }
+        if (defaultJson && info.SetDefault(value) != 0) {
+            reader().Add(members.PointerOf("default"), "default is not in the table");
+        }
+    }
+
+    template <class T>
+    void operator()(CoordinateInfo<T>& info) {
+        ReadPart(members, "x", *info.X());
+        ReadPart(members, "y", *info.Y());
+    }
+
+    template <class T>
+    void operator()(RectInfo<T>& info) {
+        ReadCorner(members, "topLeft", *info.TopLeft());
+        ReadCorner(members, "bottomRight", *info.BottomRight());
+    }
+
+    template <class T>
+    void operator()(RectArrayInfo<T>& info) {
+        unsigned long long minSize = 0;
+        unsigned long long maxSize = 0;
+        if (ReadSizes(members, info, minSize, maxSize)) {
+            SetSizes(info, minSize, maxSize);
+        }
+        ReadCorner(members, "topLeft", *info.TopLeft());
+        ReadCorner(members, "bottomRight", *info.BottomRight());
+    }
+
+    void operator()(BoolInfo& info) {
+        bool flag = false;
+        if (Json const* const fixed = members.Get("fixed")) {
+            if (reader().Bool(*fixed, members.PointerOf("fixed"), flag)) {
+                info.SetFixed(flag);
+            }
+        }
+        if (Json const* const value = members.Get("default")) {
+            if (reader().Bool(*value, members.PointerOf("default"), flag)) {
+                info.SetDefault(flag);
+            }
+        }
+    }
+
+    void operator()(BoolArrayInfo& info) {
+        unsigned long long minSize = 0;
+        unsigned long long maxSize = 0;
+        bool const sizes = ReadSizes(members, info, minSize, maxSize);
+        std::vector<bool> values;
+        bool const hasDefault = members.Get("default") != nullptr;
+        std::vector<char> flags;
+        bool const valuesOk =
+            ReadArray(members, "default", flags,
+                      [this](Json const& value, std::string const& pointer, char& out) {
+                          bool flag = false;
+                          bool const read = reader().Bool(value, pointer, flag);
+                          out = flag ? 1 : 0;
+                          return read;
+                      });
+        if (!sizes || (hasDefault && !valuesOk)) {
+            return;
+        }
+        values.assign(flags.begin(), flags.end());
+        if (hasDefault && !DefaultCountFits(members, values.size(), minSize, maxSize)) {
+            return;
+        }
+        SetSizes(info, minSize, maxSize);
+        if (hasDefault) {
+            info.SetDefault(values);
+        }
+    }
+
+    void operator()(EnumInfo& info) {
+        EnumInfo::Table table;
+        bool const hasTable = members.Get("table") != nullptr;
+        bool const tableOk = ReadArray(
+            members, "table", table,
+            [this](Json const& value, std::string const& pointer, ElemType<int>& out) {
+                if (!reader().Object(value, pointer)) {
+                    return false;
+                }
+                std::size_t const before = reader().Count();
+                Members entry(value, pointer, reader());
+                Json const* const name = entry.Get("name");
+                Json const* const number = entry.Get("value");
+                Json const* const disabled = entry.Get("disabled");
+                if (name) {
+                    reader().String(*name, entry.PointerOf("name"), out.name);
+                }
+                if (!number) {
+                    reader().Add(pointer, "value is missing");
+                } else {
+                    reader().Number(*number, entry.PointerOf("value"), out.value, "an enumerator");
+                }
+                if (disabled) {
+                    reader().Bool(*disabled, entry.PointerOf("disabled"), out.disabled);
+                }
+                entry.RefuseUnknown();
+                return reader().Count() == before;
+            });
+        int value = 0;
+        Json const* const defaultJson = members.Get("default");
+        bool const defaultOk =
+            !defaultJson ||
+            reader().Number(*defaultJson, members.PointerOf("default"), value, "an enumerator");
+        bool localized = false;
+        Json const* const localizedJson = members.Get("localized");
+        bool const localizedOk =
+            !localizedJson ||
+            reader().Bool(*localizedJson, members.PointerOf("localized"), localized);
+        if ((hasTable && !tableOk) || !defaultOk || !localizedOk) {
+            return;
+        }
+        if (hasTable) {
+            info.SetTable(table);
+        }
+        if (defaultJson && info.SetDefault(value) != 0) {
+            reader().Add(members.PointerOf("default"), "default is not in the table");
+        }
+    }
+
+    void operator()(StringInfo& info) {
+        unsigned long long length = info.GetMaxLength();
+        Json const* const lengthJson = members.Get("maxLength");
+        bool const lengthOk =
+            !lengthJson || reader().Size(*lengthJson, members.PointerOf("maxLength"), length);
+        std::string text;
+        Json const* const defaultJson = members.Get("default");
+        bool const textOk =
+            !defaultJson || reader().String(*defaultJson, members.PointerOf("default"), text);
+        if (!lengthOk || !textOk) {
+            return;
+        }
+        // A maximum of 0 puts no limit on the default.
+        if (defaultJson && length != 0 && text.size() > length) {
+            reader().Add(members.PointerOf("default"),
+                         "default is longer than maxLength " + std::to_string(length));
+            return;
+        }
+        info.SetMaxLength(length);
+        if (defaultJson) {
+            info.SetDefault(text);
+        }
+    }
+
+    void operator()(StringArrayInfo& info) {
+        unsigned long long minSize = 0;
+        unsigned long long maxSize = 0;
+        bool const sizes = ReadSizes(members, info, minSize, maxSize);
+        std::vector<std::string> values;
+        bool const hasDefault = members.Get("default") != nullptr;
+        bool const valuesOk =
+            ReadArray(members, "default", values,
+                      [this](Json const& value, std::string const& pointer, std::string& out) {
+                          return reader().String(value, pointer, out);
+                      });
+        if (!sizes || (hasDefault && !valuesOk)) {
+            return;
+        }
+        if (hasDefault && !DefaultCountFits(members, values.size(), minSize, maxSize)) {
+            return;
+        }
+        SetSizes(info, minSize, maxSize);
+        if (hasDefault) {
+            info.SetDefault(values);
+        }
+    }
+
+    void operator()(StringSparseInfo& info) {
+        std::vector<std::string> table;
+        bool const hasTable = members.Get("table") != nullptr;
+        bool const tableOk =
+            ReadArray(members, "table", table,
+                      [this](Json const& value, std::string const& pointer, std::string& out) {
+                          return reader().String(value, pointer, out);
+                      });
+        std::string text;
+        Json const* const defaultJson = members.Get("default");
+        bool const textOk =
+            !defaultJson || reader().String(*defaultJson, members.PointerOf("default"), text);
+        if ((hasTable && !tableOk) || !textOk) {
+            return;
+        }
+        if (hasTable) {
+            info.SetTable(table);
+        }
+        if (defaultJson && info.SetDefault(text) != 0) {
+            reader().Add(members.PointerOf("default"), "default is not in the table");
+        }
+    }
+
+    void operator()(ColourInfo& info) {
+        Vintor::Colour_t colour;
+        if (Json const* const min = members.Get("min")) {
+            if (ReadColour(*min, members.PointerOf("min"), reader(), colour)) {
+                info.SetMin(colour);
+            }
+        }
+        if (Json const* const max = members.Get("max")) {
+            if (ReadColour(*max, members.PointerOf("max"), reader(), colour)) {
+                info.SetMax(colour);
+            }
+        }
+        if (Json const* const value = members.Get("default")) {
+            if (ReadColour(*value, members.PointerOf("default"), reader(), colour)) {
+                info.SetDefault(colour);
+            }
+        }
+    }
+
+    template <class InfoT, class Convert>
+    void ReadText(InfoT& info, Convert convert) {
+        std::string text;
+        if (Json const* const value = members.Get("default")) {
+            if (reader().String(*value, members.PointerOf("default"), text)) {
+                info.SetDefault(convert(text));
+            }
+        }
+    }
+
+    void operator()(AddrInfo& info) {
+        ReadText(info, [](std::string const& text) { return Net::AddrStr(text); });
+    }
+
+    void operator()(EndpointInfo& info) {
+        ReadText(info, [](std::string const& text) {
+            return Net::Endpoint<Net::AddrStr>::FromString(text);
+        });
+    }
+
+    void operator()(AppEndpointInfo& info) {
+        AppEndpointStr endpoint;
+        if (Json const* const value = members.Get("default")) {
+            if (ReadAppEndpoint(*value, members.PointerOf("default"), reader(), endpoint)) {
+                info.SetDefault(endpoint);
+            }
+        }
+    }
+
+    void operator()(AppEndpointArrayInfo& info) {
+        unsigned long long minSize = 0;
+        unsigned long long maxSize = 0;
+        if (ReadSizes(members, info, minSize, maxSize)) {
+            if (maxSize > std::numeric_limits<std::size_t>::max()) {
+                reader().Add(members.PointerOf("maxSize"), "maxSize is too large");
+            } else {
+                SetSizes(info, minSize, maxSize);
+            }
+        }
+        AppEndpointArrayInfo::Value_t values;
+        bool const hasDefault = members.Get("default") != nullptr;
+        bool const valuesOk =
+            ReadArray(members, "default", values,
+                      [this](Json const& value, std::string const& pointer, AppEndpointStr& out) {
+                          return ReadAppEndpoint(value, pointer, reader(), out);
+                      });
+        if (hasDefault && valuesOk) {
+            info.SetDefault(values);
+        }
+    }
+
+    template <class Parent>
+    void Children(Parent& info) {
+        Json const* const children = members.Get("children");
+        if (!children) {
+            return;
+        }
+        std::string const pointer = members.PointerOf("children");
+        if (!reader().Array(*children, pointer)) {
+            return;
+        }
+        std::vector<typename Parent::InfoPtr> infos;
+        for (std::size_t i = 0; i < children->size(); ++i) {
+            Family const* family = nullptr;
+            boost::intrusive_ptr<InfoBase> child =
+                ReadInfo((*children)[i], pointer + "/" + std::to_string(i), reader(), true, family);
+            if (child) {
+                infos.push_back(child);
+            }
+        }
+        info.SetInfos(infos);
+    }
+
+    void operator()(CompositeInfo& info) { Children(info); }
+    void operator()(CollectionInfo& info) { Children(info); }
+
+    void operator()(ExtendedInfo& info) {
+        Json const* const value = members.Get("default");
+        if (!value) {
+            return;
+        }
+        std::string const pointer = members.PointerOf("default");
+        if (!reader().Object(*value, pointer)) {
+            return;
+        }
+        Members pair(*value, pointer, reader());
+        ExtendedInfo::Pair read;
+        bool ok = true;
+        if (Json const* const first = pair.Get("first")) {
+            ok = reader().String(*first, pair.PointerOf("first"), read.first) && ok;
+        }
+        if (Json const* const second = pair.Get("second")) {
+            ok = reader().String(*second, pair.PointerOf("second"), read.second) && ok;
+        }
+        pair.RefuseUnknown();
+        if (ok) {
+            info.SetDefault(read);
+        }
+    }
+
+    void operator()(LocalizedStringInfo& info) {
+        Json const* const value = members.Get("default");
+        if (!value) {
+            return;
+        }
+        std::string const pointer = members.PointerOf("default");
+        if (!reader().Object(*value, pointer)) {
+            return;
+        }
+        Members message(*value, pointer, reader());
+        std::string key;
+        bool ok = true;
+        if (Json const* const keyJson = message.Get("key")) {
+            ok = reader().String(*keyJson, message.PointerOf("key"), key) && ok;
+        }
+        std::vector<std::string> arguments;
+        bool const hasArguments = message.Get("arguments") != nullptr;
+        ok = (ReadArray(message, "arguments", arguments,
+                        [this](Json const& argument, std::string const& at, std::string& out) {
+                            return reader().String(argument, at, out);
+                        }) ||
+              !hasArguments) &&
+             ok;
+        message.RefuseUnknown();
+        if (!ok) {
+            return;
+        }
+        LocalizedString read(key);
+        for (std::string const& text : arguments) {
+            read.AddArgument(boost::intrusive_ptr<ItemBase const>(StringItem::Create(0, text)));
+        }
+        info.SetDefault(read);
+    }
+};
+
+void Describe(InfoBase const& info, Json& out) {
+    Family const* const family = FamilyOf(info);
+    out["type"] = family ? family->name : BracketedTypeText(info.GetType(), info.GetNumericType());
+    if (!info.GetName().empty()) {
+        out["name"] = info.GetName();
+    }
+    if (info.GetId() != 0) {
+        out["id"] = info.GetId();
+    }
+    out["permission"] = info.GetPermission().Value();
+    VisitInfo(info, Writer{out});
+}
+
+// One Info from its object: the top-level settings carry "path" and "id"
+// (read by the caller), children "name" and "id". Null when it cannot be made.
+boost::intrusive_ptr<InfoBase> ReadInfo(Json const& object, std::string const& pointer,
+                                        Reader& reader, bool child, Family const*& family) {
+    family = nullptr;
+    if (!reader.Object(object, pointer)) {
+        return nullptr;
+    }
+    Members members(object, pointer, reader);
+    std::string name;
+    unsigned int id = 0;
+    unsigned short permission = 0;
+    members.Get(child ? "name" : "path");
+    Json const* const idJson = members.Get("id");
+    if (child) {
+        if (Json const* const nameJson = members.Get("name")) {
+            reader.String(*nameJson, members.PointerOf("name"), name);
+        }
+        if (idJson) {
+            reader.Number(*idJson, members.PointerOf("id"), id, "an id");
+        }
+    }
+    if (Json const* const permissionJson = members.Get("permission")) {
+        reader.Number(*permissionJson, members.PointerOf("permission"), permission, "a permission");
+    }
+    Json const* const typeJson = members.Get("type");
+    std::string typeName;
+    if (!typeJson) {
+        reader.Add(pointer, "type is missing");
+    } else if (reader.String(*typeJson, members.PointerOf("type"), typeName)) {
+        family = FindFamily(typeName);
+        if (!family) {
+            reader.Add(members.PointerOf("type"), "unknown type " + Shown(typeName));
+        }
+    }
+    if (!family) {
+        // Without a family its keys cannot be told from unknown ones.
+        return nullptr;
+    }
+    boost::intrusive_ptr<InfoBase> info(family->create());
+    if (family->type == OruType_t::Enum) {
+        // The localized flag is only taken at construction.
+        auto const localized = object.find("localized");
+        if (localized != object.end() && localized->is_boolean() && localized->get<bool>()) {
+            info = new EnumInfo(0, std::string(), Permission_t(), true);
+        }
+    }
+    VisitInfo(*info, Filler{members});
+    members.RefuseUnknown();
+    return boost::intrusive_ptr<InfoBase>(info->DeepCopy(id, name, Permission_t(permission)));
+}
+
+// ---- Sections and ids ----
+
+// The width of the info number field of a section at depth 1 to 4.
+unsigned int InfoFieldMask(std::size_t depth) {
+    return (1u << (30 - 6 * depth)) - 1u;
+}
+
+// The sections and info numbers of the directory, with what this file adds
+// to them, so that every id is known before anything is applied.
+class Plan {
+public:
+    explicit Plan(InfoItemDirectory const& directory) : directory_(directory) {}
+
+    // The section of path, existing or planned; a problem when it cannot be made.
+    bool Section(std::string const& path, std::string const& pointer, Reader& reader,
+                 SectionId& out) {
+        std::vector<std::string> levels;
+        std::size_t start = 0;
+        while (true) {
+            std::size_t const slash = path.find('/', start);
+            levels.push_back(path.substr(start, slash - start));
+            if (slash == std::string::npos) {
+                break;
+            }
+            start = slash + 1;
+        }
+        if (levels.size() > InfoItemSectionId::MaxDepth()) {
+            reader.Add(pointer, "the section path " + Shown(path) + " is deeper than " +
+                                    std::to_string(InfoItemSectionId::MaxDepth()) + " levels");
+            return false;
+        }
+        std::string name;
+        InfoItemSectionId parent;
+        for (std::size_t level = 0; level < levels.size(); ++level) {
+            if (levels[level].empty()) {
+                reader.Add(pointer, "the section path " + Shown(path) + " has an empty level");
+                return false;
+            }
+            name += (level ? "/" : "") + levels[level];
+            SectionId found = Find(name);
+            if (!found.IsValid()) {
+                std::set<unsigned> const used = Used(parent, level == 0);
+                unsigned number = 0;
+                if (!used.empty()) {
+                    number = *used.rbegin() + 1;
+                    if (number > InfoItemSectionId::MaxSubsectionPerSubsection()) {
+                        number = 0;
+                        while (used.count(number)) {
+                            ++number;
+                        }
+                    }
+                }
+                if (number > InfoItemSectionId::MaxSubsectionPerSubsection()) {
+                    reader.Add(pointer, "no section number is left for " + Shown(name));
+                    return false;
+                }
+                InfoItemSectionId const id =
+                    level == 0 ? InfoItemSectionId::CreateLevel1SectionId(
+                                     static_cast<unsigned char>(number))
+                               : parent.CreateSectionId(static_cast<unsigned char>(number));
+                found = SectionId(name, id);
+                if (!found.IsValid() || found.GetSectionName() != name) {
+                    reader.Add(pointer, "the section path " + Shown(path) + " is not valid");
+                    return false;
+                }
+                planned_.push_back(found);
+            }
+            parent = found.GetInfoItemSectionId();
+            out = found;
+        }
+        return true;
+    }
+
+    // The section that an explicit id names for path: the existing one, which
+    // must be the path's, or the numbers of the id for levels still missing.
+    bool SectionOf(unsigned int id, std::string const& path, std::string const& pointer,
+                   Reader& reader, SectionId& out) {
+        InfoItemSectionId const infoId(id);
+        if (!infoId.IsValidInfoItemId()) {
+            reader.Add(pointer, "id " + Hex(id) + " is no info id");
+            return false;
+        }
+        std::size_t const depth = infoId.Depth();
+        std::size_t levels =
+            1 + static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
+        if (levels != depth) {
+            reader.Add(pointer, "id " + Hex(id) + " lies at depth " + std::to_string(depth) +
+                                    ", the section " + Shown(path) + " has " +
+                                    std::to_string(levels) + " levels");
+            return false;
+        }
+        SectionId const wanted(path, infoId.GetSectionId(depth));
+        if (!wanted.IsValid() || wanted.GetSectionName() != path) {
+            reader.Add(pointer, "the section path " + Shown(path) + " is not valid");
+            return false;
+        }
+        for (std::size_t level = 1; level <= depth; ++level) {
+            std::string const name = wanted.GetSectionName(level).substr(
+                wanted.GetSectionName(level).front() == '/' ? 1 : 0);
+            InfoItemSectionId const number = wanted.GetInfoItemSectionId(level);
+            SectionId const byName = Find(name);
+            SectionId const byNumber = Find(number);
+            if (byName.IsValid() && byName.GetInfoItemSectionId() != number) {
+                reader.Add(pointer, "id " + Hex(id) + " does not lie in section " + Shown(name));
+                return false;
+            }
+            if (!byName.IsValid() && byNumber.IsValid()) {
+                reader.Add(pointer, "id " + Hex(id) + " lies in section " +
+                                        Shown(byNumber.GetSectionName()) + ", not in " +
+                                        Shown(name));
+                return false;
+            }
+            if (!byName.IsValid()) {
+                planned_.push_back(SectionId(name, number));
+            }
+        }
+        out = wanted;
+        return true;
+    }
+
+    // The next free info number of section: past the highest in use, or the
+    // lowest hole once the field is full.
+    bool NextId(SectionId const& section, std::string const& pointer, Reader& reader,
+                unsigned int& out) {
+        InfoItemSectionId const sectionId = section.GetInfoItemSectionId();
+        std::set<unsigned int> const& used = UsedNumbers(sectionId);
+        std::size_t const max = sectionId.MaxNumInfoItemsInSection();
+        std::size_t number = used.empty() ? 0 : static_cast<std::size_t>(*used.rbegin()) + 1;
+        if (number > max) {
+            number = 0;
+            while (used.count(static_cast<unsigned int>(number))) {
+                ++number;
+            }
+        }
+        if (number > max) {
+            reader.Add(pointer,
+                       "no info number is left in section " + Shown(section.GetSectionName()));
+            return false;
+        }
+        out = sectionId.CreateInfoItemId(number);
+        return true;
+    }
+
+    // A problem when id or the name in section is taken, in the directory or
+    // earlier in this file.
+    bool Claim(unsigned int id, std::string const& path, std::string const& pointer,
+               Reader& reader) {
+        if (directory_.FindInfo(id)) {
+            reader.Add(pointer, "id " + Hex(id) + " is taken by " + Shown(PathOf(id)));
+            return false;
+        }
+        auto const earlier = ids_.find(id);
+        if (earlier != ids_.end()) {
+            reader.Add(pointer, "id " + Hex(id) + " is taken by " + Shown(earlier->second));
+            return false;
+        }
+        ids_.emplace(id, path);
+        InfoItemSectionId const infoId(id);
+        unsigned int const mask = InfoFieldMask(infoId.Depth());
+        UsedNumbers(InfoItemSectionId(id | mask)).insert(id & mask);
+        return true;
+    }
+
+    std::vector<SectionId> const& PlannedSections() const { return planned_; }
+
+    static std::string Hex(unsigned int id) {
+        static char const digits[] = "0123456789ABCDEF";
+        std::string text = "0x";
+        for (int shift = 28; shift >= 0; shift -= 4) {
+            text += digits[(id >> shift) & 15u];
+        }
+        return text;
+    }
+
+private:
+    SectionId Find(std::string const& name) const {
+        SectionId const found = directory_.FindSection(name);
+        if (found.IsValid()) {
+            return found;
+        }
+        for (SectionId const& section : planned_) {
+            if (section.GetSectionName() == name) {
+                return section;
+            }
+        }
+        return SectionId();
+    }
+
+    SectionId Find(InfoItemSectionId const& id) const {
+        SectionId const found = directory_.FindSection(id);
+        if (found.IsValid() && found.GetInfoItemSectionId() == id) {
+            return found;
+        }
+        for (SectionId const& section : planned_) {
+            if (section.GetInfoItemSectionId() == id) {
+                return section;
+            }
+        }
+        return SectionId();
+    }
+
+    // The subsection numbers in use below parent (the root when top).
+    std::set<unsigned> Used(InfoItemSectionId const& parent, bool top) const {
+        std::vector<SectionId> existing;
+        if (top) {
+            directory_.GetTopLevelSections(existing);
+        } else {
+            directory_.GetSubsections(parent, existing);
+        }
+        std::size_t const depth = top ? 1 : parent.Depth() + 1;
+        std::set<unsigned> used;
+        for (SectionId const& section : existing) {
+            used.insert(section.GetSubsectionId(depth));
+        }
+        for (SectionId const& section : planned_) {
+            if (section.GetSectionDepth() == depth &&
+                (top || section.GetInfoItemSectionId(depth - 1) == parent)) {
+                used.insert(section.GetSubsectionId(depth));
+            }
+        }
+        return used;
+    }
+
+    // The info numbers in use in a section, from the directory once, then kept
+    // up to date as this file claims ids.
+    std::set<unsigned int>& UsedNumbers(InfoItemSectionId const& sectionId) {
+        auto const known = used_.find(static_cast<unsigned int>(sectionId));
+        if (known != used_.end()) {
+            return known->second;
+        }
+        std::set<unsigned int>& used = used_[static_cast<unsigned int>(sectionId)];
+        unsigned int const mask = InfoFieldMask(sectionId.Depth());
+        std::vector<boost::intrusive_ptr<InfoHolder const>> infos;
+        if (directory_.FindInfos(sectionId, infos) == 0) {
+            for (auto const& holder : infos) {
+                unsigned int const id = holder->GetInfo()->GetId();
+                if ((id | mask) == static_cast<unsigned int>(sectionId)) {
+                    used.insert(id & mask);
+                }
+            }
+        }
+        return used;
+    }
+
+    std::string PathOf(unsigned int id) const {
+        SectionId const section = directory_.FindSection(InfoItemSectionId(id));
+        auto const holder = directory_.FindInfo(id);
+        std::string name = holder ? holder->GetInfo()->GetName() : std::string();
+        return section.IsValid() ? section.GetSectionName() + "/" + name : name;
+    }
+
+    InfoItemDirectory const& directory_;
+    std::vector<SectionId> planned_;
+    std::map<unsigned int, std::string> ids_;
+    std::map<unsigned int, std::set<unsigned int>> used_;
+};
+
+struct Planned {
+    SectionId section;
+    boost::intrusive_ptr<InfoBase> info;
+};
+
+}  // namespace
+
+Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) {
+    Problems problems;
+    SyntaxCheck syntax(problems);
+    Json::sax_parse(json, &syntax);
+    if (!problems.empty()) {
+        return problems;
+    }
+    Json const document = Json::parse(json, nullptr, false);
+    if (document.is_discarded()) {
+        problems.push_back({"", "malformed JSON"});
+        return problems;
+    }
+    Reader reader(problems);
+    if (!reader.Object(document, "")) {
+        return problems;
+    }
+    Members top(document, "", reader);
+    Json const* const settings = top.Get("settings");
+    top.RefuseUnknown();
+    if (!settings) {
+        reader.Add("", "settings is missing");
+        return problems;
+    }
+    if (!reader.Array(*settings, "/settings")) {
+        return problems;
+    }
+
+    Plan plan(directory);
+    std::vector<Planned> planned;
+    std::map<std::string, std::size_t> paths;
+    for (std::size_t i = 0; i < settings->size(); ++i) {
+        Json const& object = (*settings)[i];
+        std::string const pointer = "/settings/" + std::to_string(i);
+        Family const* family = nullptr;
+        boost::intrusive_ptr<InfoBase> info = ReadInfo(object, pointer, reader, false, family);
+        if (!object.is_object()) {
+            continue;
+        }
+        auto const pathJson = object.find("path");
+        std::string path;
+        if (pathJson == object.end()) {
+            reader.Add(pointer, "path is missing");
+            continue;
+        }
+        std::string const pathPointer = pointer + "/path";
+        if (!reader.String(*pathJson, pathPointer, path)) {
+            continue;
+        }
+        if (path.size() > k_maxPathLength) {
+            reader.Add(pathPointer,
+                       "path is longer than " + std::to_string(k_maxPathLength) + " bytes");
+            continue;
+        }
+        std::size_t const slash = path.rfind('/');
+        if (slash == std::string::npos || slash == 0 || slash + 1 == path.size()) {
+            reader.Add(pathPointer, "path " + Shown(path) + " needs a section and a name");
+            continue;
+        }
+        if (!paths.emplace(path, i).second) {
+            reader.Add(pathPointer, Shown(path) + " is described twice");
+            continue;
+        }
+        std::string const sectionPath = path.substr(0, slash);
+        std::string const name = path.substr(slash + 1);
+        if (directory.FindInfo(sectionPath, name)) {
+            reader.Add(pathPointer, Shown(path) + " exists already");
+            continue;
+        }
+        unsigned int id = 0;
+        auto const idJson = object.find("id");
+        SectionId section;
+        if (idJson != object.end()) {
+            if (!reader.Number(*idJson, pointer + "/id", id, "an id") ||
+                !plan.SectionOf(id, sectionPath, pointer + "/id", reader, section)) {
+                continue;
+            }
+        } else if (!plan.Section(sectionPath, pathPointer, reader, section) ||
+                   !plan.NextId(section, pathPointer, reader, id)) {
+            continue;
+        }
+        if (!plan.Claim(id, path, idJson != object.end() ? pointer + "/id" : pathPointer, reader) ||
+            !info) {
+            continue;
+        }
+        planned.push_back(Planned{section, boost::intrusive_ptr<InfoBase>(
+                                               info->DeepCopy(id, name, info->GetPermission()))});
+    }
+    if (!problems.empty()) {
+        return problems;
+    }
+
+    // Everything was checked against the directory: apply.
+    for (SectionId const& section : plan.PlannedSections()) {
+        int const code = directory.AddSection(section);
+        if (code != 0) {
+            problems.push_back({"", "adding section " + Shown(section.GetSectionName()) +
+                                        " failed with " + std::to_string(code)});
+            return problems;
+        }
+    }
+    for (Planned const& entry : planned) {
+        int const code =
+            directory.AddInfo(boost::intrusive_ptr<InfoHolder const>(new InfoHolder(entry.info)));
+        if (code != 0) {
+            problems.push_back({"", "adding " + Shown(entry.info->GetName()) + " failed with " +
+                                        std::to_string(code)});
+            return problems;
+        }
+    }
+    return problems;
+}
+
+std::string WriteDescription(InfoItemDirectory const& directory) {
+    std::vector<boost::intrusive_ptr<InfoItemHolder const>> holders;
+    directory.GetAllInfoItems(holders);
+    Json settings = Json::array();
+    for (auto const& holder : holders) {
+        if (!holder || !holder->GetInfoHolder() || !holder->GetInfoHolder()->GetInfo()) {
+            continue;
+        }
+        InfoBase const& info = *holder->GetInfoHolder()->GetInfo();
+        SectionId const section = directory.FindSection(InfoItemSectionId(info.GetId()));
+        Json setting = Json::object();
+        setting["path"] = section.GetSectionName() + "/" + info.GetName();
+        setting["id"] = info.GetId();
+        Json described = Json::object();
+        Describe(info, described);
+        // The top level names by path and always gives the id.
+        for (auto& member : described.items()) {
+            if (member.key() != "name" && member.key() != "id") {
+                setting[member.key()] = std::move(member.value());
+            }
+        }
+        settings.push_back(std::move(setting));
+    }
+    Json document = Json::object();
+    document["settings"] = std::move(settings);
+    // Names set in code may hold bytes that are no UTF-8: they are replaced
+    // rather than refused, so that writing never fails.
+    return document.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+std::vector<std::string> DescribedFamilies() {
+    std::vector<std::string> names;
+    for (Family const& family : Families()) {
+        names.push_back(family.name);
+    }
+    return names;
+}
+
+}  // namespace Files
+}  // namespace Oru
+}  // namespace Legacy
