@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -7,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <legacy/oru/files/description.h>
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
@@ -415,6 +417,28 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
              "\n  \"All/Extended\": {\"first\":\"key\",\"second\":\"va\\\"lue\"}\n}\n",
          }) {
         EXPECT_NE(json.find(line), std::string::npos) << line << "\nin\n" << json;
+    }
+}
+
+TEST(FilesValues, ValuesReadBackIntoTheSettingsADescriptionFileMakes) {
+    // An orientation's Info is the caller's own class, which no file describes.
+    std::vector<Setting> settings = AllFamilies();
+    settings.erase(std::remove_if(settings.begin(), settings.end(),
+                                  [](Setting const& one) { return one.name == "Orientation"; }),
+                   settings.end());
+    InfoItemDirectory source;
+    std::vector<unsigned int> const ids = Enter(source, settings, true);
+    InfoItemDirectory target;
+    ASSERT_EQ(Describe(Files::ReadDescription(Files::WriteDescription(source), target)), "");
+    ValuesReport const report = ReadValues(WriteValues(source), target, Apply::AllOrNothing);
+    EXPECT_EQ(Describe(report.problems), "");
+    EXPECT_EQ(report.applied, settings.size());
+    EXPECT_EQ(WriteValues(target), WriteValues(source));
+    for (std::size_t i = 0; i < settings.size(); ++i) {
+        SCOPED_TRACE(settings[i].name);
+        auto const read = target.FindItem(ids[i]);
+        ASSERT_TRUE(read);
+        EXPECT_TRUE(read->GetItem()->IsEqualValue(source.FindItem(ids[i])->GetItem()));
     }
 }
 
