@@ -837,10 +837,12 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     item = ReadValue("\"loud\"", *choice, problems);
     ASSERT_TRUE(item);
     EXPECT_EQ(WriteValue(*item), "2");
+    EXPECT_FALSE(ReadValue("true", *choice, problems, "/c"));
     EXPECT_FALSE(ReadValue("2147483648", *choice, problems, "/c"));
     EXPECT_EQ(
         problems,
-        (Problems{{"/c", "2147483648 is out of the range of Enum (-2147483648 to 2147483647)"}}));
+        (Problems{{"/c", "expected an entry's name or number, not a boolean"},
+                  {"/c", "2147483648 is out of the range of Enum (-2147483648 to 2147483647)"}}));
 
     // A message travels as its key and its arguments' texts.
     LocalizedString greeting("Greeting");

@@ -1038,10 +1038,9 @@ ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
                 if (ReadElement(value, item->Val(), why, "Enum")) {
                     return item;
                 }
-                sink.Add(pointer, Kind::String == value.kind || Kind::Unsigned == value.kind ||
-                                          Kind::Integer == value.kind || Kind::Float == value.kind
-                                      ? why
-                                      : Expected("an entry's name or number", value));
+                bool const number = Kind::Unsigned == value.kind || Kind::Integer == value.kind ||
+                                    Kind::Float == value.kind;
+                sink.Add(pointer, number ? why : Expected("an entry's name or number", value));
             }
             return nullptr;
         case OruType_t::String:
