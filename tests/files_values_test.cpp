@@ -609,6 +609,16 @@ TEST(FilesValues, EveryMistakeIsReportedAtItsPointerAndTheRestIsApplied) {
     }
 }
 
+TEST(FilesValues, ASettingUnderTwoSpellingsOfItsPathIsTakenOnce) {
+    Device device;
+    ValuesReport const report =
+        ReadValues(R"({"Device/Name": "first", "/Device/Name": "second"})", device);
+    EXPECT_EQ(report.problems,
+              (Problems{{"/~1Device~1Name", "the setting is given twice, under another path"}}));
+    EXPECT_EQ(report.applied, 1u);
+    EXPECT_EQ(device.Value("Device/Name"), "\"first\"");
+}
+
 TEST(FilesValues, AllOrNothingLeavesTheDirectoryAsItWasAndPassingAppliesOneChangeSet) {
     std::string const json = R"({"Audio/Input/Gain": 99, "Device/Name": "cam-1",
         "Device/Choice": "loud", "Audio/Input/Level": 256, "Device/Pair": [-3, true]})";
