@@ -1,10 +1,14 @@
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <functional>
 #include <limits>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -903,6 +907,136 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_FALSE(ReadValue("{\"address\": \"cam\", \"port\": 65536}",
                            *NewInfo<EndpointInfo>(7, "Peer"), problems, "/p"));
     EXPECT_EQ(problems, (Problems{{"/p/port", "65536 is out of the range of U16 (0 to 65535)"}}));
+}
+
+// The text of docs/settings-files.md, found from this source's place.
+std::string ReadDoc() {
+    std::string source = __FILE__;
+    if (source.front() != '/') {
+        char buffer[4096] = {};
+        ssize_t const length = readlink("/proc/self/exe", buffer, sizeof(buffer) - 1);
+        EXPECT_GT(length, 0);
+        std::string const self(buffer, static_cast<std::size_t>(length > 0 ? length : 0));
+        source = self.substr(0, self.rfind('/') + 1) + source;
+    }
+    std::ifstream in(source.substr(0, source.rfind("/tests/")) + "/docs/settings-files.md");
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// The Info each row of the family table is read against.
+InfoPtr DocInfo(std::string const& family) {
+    auto const mode = [](unsigned int id, std::string const& name) {
+        auto info = NewInfo<EnumInfo>(id, name, false);
+        info->SetTable({{"night", 1, false}, {"day", 3, false}});
+        return info;
+    };
+    std::map<std::string, std::function<InfoPtr()>> const infos = {
+        {"Bool", [] { return NewInfo<BoolInfo>(1, "Flag"); }},
+        {"Numeric:U8", [] { return NewInfo<NumericInfo<DoubleTraits>>(1, "Number"); }},
+        {"NumericArray:*", [] { return NewInfo<NumericArrayInfo<U16Traits>>(1, "Numbers"); }},
+        {"NumericSparse:*", [] { return NewInfo<NumericSparseInfo<U8Traits>>(1, "Sparse"); }},
+        {"Enum", [mode] { return mode(1, "Mode"); }},
+        {"String", [] { return NewInfo<StringInfo>(1, "Text"); }},
+        {"StringArray", [] { return NewInfo<StringArrayInfo>(1, "Texts"); }},
+        {"BoolArray", [] { return NewInfo<BoolArrayInfo>(1, "Flags"); }},
+        {"StringSparse", [] { return NewInfo<StringSparseInfo>(1, "Word"); }},
+        {"Colour", [] { return NewInfo<ColourInfo>(1, "Colour"); }},
+        {"Coordinate:U16", [] { return NewInfo<CoordinateInfo<U16Traits>>(1, "Point"); }},
+        {"Rectangle:U16", [] { return NewInfo<RectInfo<U16Traits>>(1, "Box"); }},
+        {"Orientation", [] { return NewInfo<OrientationInfo>(1, "Pose"); }},
+        {"Addr", [] { return NewInfo<AddrInfo>(1, "Host"); }},
+        {"Endpoint", [] { return NewInfo<EndpointInfo>(1, "Peer"); }},
+        {"AppEndpoint", [] { return NewInfo<AppEndpointInfo>(1, "Service"); }},
+        {"AppEndpointArray", [] { return NewInfo<AppEndpointArrayInfo>(1, "Services"); }},
+        {"RectArray:U16", [] { return NewInfo<RectArrayInfo<U16Traits>>(1, "Boxes"); }},
+        {"Composite",
+         [mode] {
+             auto inner = NewInfo<CompositeInfo>(0, "inner");
+             inner->AddInfo(NewInfo<BoolInfo>(0, "on"));
+             inner->AddInfo(mode(0, "mode"));
+             auto info = NewInfo<CompositeInfo>(1, "Stream");
+             info->AddInfo(NewInfo<NumericInfo<U16Traits>>(0, "rate"));
+             info->AddInfo(NewInfo<StringInfo>(0, "codec"));
+             info->AddInfo(inner);
+             return info;
+         }},
+        {"Extended", [] { return NewInfo<ExtendedInfo>(1, "Pair"); }},
+        {"LocalizedString", [] { return NewInfo<LocalizedStringInfo>(1, "Message"); }},
+    };
+    auto const found = infos.find(family);
+    return found == infos.end() ? nullptr : found->second();
+}
+
+TEST(FilesValues, TheDocumentedExamplesAreRead) {
+    std::string const doc = ReadDoc();
+    ASSERT_FALSE(doc.empty());
+    std::size_t const from = doc.find("## Values by family");
+    std::size_t const to = doc.find("### Numbers", from);
+    ASSERT_NE(to, std::string::npos);
+    std::istringstream table(doc.substr(from, to - from));
+    std::size_t examples = 0;
+    for (std::string line; std::getline(table, line);) {
+        if (line.compare(0, 3, "| `") != 0) {
+            continue;
+        }
+        std::string const family = line.substr(3, line.find('`', 3) - 3);
+        std::string const column = line.substr(line.rfind('|', line.size() - 2));
+        SCOPED_TRACE(family);
+        InfoPtr const info = DocInfo(family);
+        for (std::size_t open = column.find('`'); open != std::string::npos;
+             open = column.find('`', column.find('`', open + 1) + 1)) {
+            std::string const example =
+                column.substr(open + 1, column.find('`', open + 1) - open - 1);
+            SCOPED_TRACE(example);
+            ASSERT_TRUE(info);
+            Problems problems;
+            ItemPtr const item = ReadValue(example, *info, problems);
+            EXPECT_EQ(problems, Problems{});
+            ASSERT_TRUE(item);
+            ItemPtr const again = ReadValue(WriteValue(*item), *info, problems);
+            ASSERT_TRUE(again);
+            EXPECT_EQ(WriteValue(*again), WriteValue(*item));
+            ++examples;
+        }
+    }
+    EXPECT_EQ(examples, 25u);
+
+    // The file at the top, read into the settings it names.
+    std::size_t const start = doc.find("```json\n") + 8;
+    std::string const file = doc.substr(start, doc.find("```", start) - start);
+    InfoItemDirectory directory;
+    SectionId device;
+    SectionId input;
+    SectionId video;
+    SectionId net;
+    ASSERT_EQ(directory.AddSection("Device", device), 0);
+    ASSERT_EQ(directory.AddSection("Audio/Input", input), 0);
+    ASSERT_EQ(directory.AddSection("Video", video), 0);
+    ASSERT_EQ(directory.AddSection("Net", net), 0);
+    auto const enter = [&directory](SectionId const& section, std::string const& name,
+                                    std::string const& family) {
+        InfoPtr const info =
+            DocInfo(family)->DeepCopy(section.GetInfoItemSectionId().CreateInfoItemId(1), name);
+        EXPECT_EQ(directory.AddInfo(HoldInfo(info)), 0) << name;
+    };
+    enter(device, "Name", "String");
+    auto const mode =
+        DocInfo("Enum")->DeepCopy(device.GetInfoItemSectionId().CreateInfoItemId(2), "Mode");
+    ASSERT_EQ(directory.AddInfo(HoldInfo(mode)), 0);
+    auto gain =
+        NewInfo<NumericInfo<U32Traits>>(input.GetInfoItemSectionId().CreateInfoItemId(1), "Gain");
+    gain->SetMax(100);
+    ASSERT_EQ(directory.AddInfo(HoldInfo(gain)), 0);
+    auto const levels = DocInfo("NumericArray:*")
+                            ->DeepCopy(input.GetInfoItemSectionId().CreateInfoItemId(2), "Levels");
+    ASSERT_EQ(directory.AddInfo(HoldInfo(levels)), 0);
+    enter(video, "Privacy", "Rectangle:U16");
+    enter(net, "Stream", "AppEndpoint");
+    ValuesReport const report = ReadValues(file, directory, Apply::AllOrNothing);
+    EXPECT_EQ(report.problems, Problems{}) << file;
+    EXPECT_EQ(report.applied, 6u);
 }
 
 }  // namespace
