@@ -1,12 +1,18 @@
+#include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <functional>
 #include <limits>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
+#include <legacy/oru/files/description.h>
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
@@ -407,14 +413,36 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
              "\n  \"All/Addr\": \"camera.local\",",
              "\n  \"All/Endpoint\": \"[::1]:80\",",
              "\n  \"All/AppEndpoint\": \"http://10.0.0.1:80\",",
-             "\n  \"All/AppEndpointVersioned\": {\"type\":1,\"version\":3,\"compatVersion\":2,"
-             "\"address\":\"10.0.0.2\",\"port\":8080,\"prefix\":7},",
+             "\n  \"All/AppEndpointVersioned\": {\"protocol\":1,\"version\":3,\"compatVersion\":2,"
+             "\"endpoint\":\"10.0.0.2:8080\",\"addrGroupPrefix\":7},",
              "\n  \"All/RectArray:U16\": [{\"left\":0,\"top\":0,\"right\":65535,\"bottom\":0},"
              "{\"left\":0,\"top\":9,\"right\":0,\"bottom\":0}],",
              "\n  \"All/Composite\": [65,\"pcm\",[true,\"low\"]],",
-             "\n  \"All/Extended\": [\"key\",\"va\\\"lue\"]\n}\n",
+             "\n  \"All/Extended\": {\"first\":\"key\",\"second\":\"va\\\"lue\"}\n}\n",
          }) {
         EXPECT_NE(json.find(line), std::string::npos) << line << "\nin\n" << json;
+    }
+}
+
+TEST(FilesValues, ValuesReadBackIntoTheSettingsADescriptionFileMakes) {
+    // An orientation's Info is the caller's own class, which no file describes.
+    std::vector<Setting> settings = AllFamilies();
+    settings.erase(std::remove_if(settings.begin(), settings.end(),
+                                  [](Setting const& one) { return one.name == "Orientation"; }),
+                   settings.end());
+    InfoItemDirectory source;
+    std::vector<unsigned int> const ids = Enter(source, settings, true);
+    InfoItemDirectory target;
+    ASSERT_EQ(Describe(Files::ReadDescription(Files::WriteDescription(source), target)), "");
+    ValuesReport const report = ReadValues(WriteValues(source), target, Apply::AllOrNothing);
+    EXPECT_EQ(Describe(report.problems), "");
+    EXPECT_EQ(report.applied, settings.size());
+    EXPECT_EQ(WriteValues(target), WriteValues(source));
+    for (std::size_t i = 0; i < settings.size(); ++i) {
+        SCOPED_TRACE(settings[i].name);
+        auto const read = target.FindItem(ids[i]);
+        ASSERT_TRUE(read);
+        EXPECT_TRUE(read->GetItem()->IsEqualValue(source.FindItem(ids[i])->GetItem()));
     }
 }
 
@@ -583,6 +611,16 @@ TEST(FilesValues, EveryMistakeIsReportedAtItsPointerAndTheRestIsApplied) {
         EXPECT_EQ(report.problems, (Problems{{"/Device~1Pair", "the key appears twice"}}));
         EXPECT_EQ(device.Snapshot(), before);
     }
+}
+
+TEST(FilesValues, ASettingUnderTwoSpellingsOfItsPathIsTakenOnce) {
+    Device device;
+    ValuesReport const report =
+        ReadValues(R"({"Device/Name": "first", "/Device/Name": "second"})", device);
+    EXPECT_EQ(report.problems,
+              (Problems{{"/~1Device~1Name", "the setting is given twice, under another path"}}));
+    EXPECT_EQ(report.applied, 1u);
+    EXPECT_EQ(device.Value("Device/Name"), "\"first\"");
 }
 
 TEST(FilesValues, AllOrNothingLeavesTheDirectoryAsItWasAndPassingAppliesOneChangeSet) {
@@ -813,10 +851,52 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     item = ReadValue("\"loud\"", *choice, problems);
     ASSERT_TRUE(item);
     EXPECT_EQ(WriteValue(*item), "2");
+    EXPECT_FALSE(ReadValue("true", *choice, problems, "/c"));
     EXPECT_FALSE(ReadValue("2147483648", *choice, problems, "/c"));
     EXPECT_EQ(
         problems,
-        (Problems{{"/c", "2147483648 is out of the range of Enum (-2147483648 to 2147483647)"}}));
+        (Problems{{"/c", "expected an entry's name or number, not a boolean"},
+                  {"/c", "2147483648 is out of the range of Enum (-2147483648 to 2147483647)"}}));
+
+    // A message travels as its key and its arguments' texts.
+    LocalizedString greeting("Greeting");
+    greeting.AddArgument(StringItem::Create(0, "Ann"));
+    greeting.AddArgument(NumericItem<S16Traits>::Create(0, -7));
+    LocalizedStringItem message(8);
+    message.SetVal(greeting);
+    EXPECT_EQ(WriteValue(message), "{\"key\":\"Greeting\",\"arguments\":[\"Ann\",\"-7\"]}");
+    problems.clear();
+    item = ReadValue(WriteValue(message), *NewInfo<LocalizedStringInfo>(8, "Hello"), problems);
+    ASSERT_TRUE(item);
+    EXPECT_EQ(WriteValue(*item), "{\"key\":\"Greeting\",\"arguments\":[\"Ann\",\"-7\"]}");
+    EXPECT_EQ(static_cast<LocalizedStringItem const&>(*item).GetVal().GetString(""),
+              greeting.GetString(""));
+    // A pair also reads from an array of two.
+    item = ReadValue("[\"k\", \"v\"]", *NewInfo<ExtendedInfo>(9, "Pair"), problems);
+    ASSERT_TRUE(item);
+    EXPECT_EQ(WriteValue(*item), "{\"first\":\"k\",\"second\":\"v\"}");
+    EXPECT_FALSE(ReadValue("{\"first\": \"k\", \"second\": 2}", *NewInfo<ExtendedInfo>(9, "Pair"),
+                           problems, "/e"));
+    EXPECT_EQ(problems, (Problems{{"/e/second", "expected a string, not a number"}}));
+    // An application endpoint's fields: left out, they are those of a new one.
+    problems.clear();
+    item = ReadValue("{\"protocol\": 66, \"endpoint\": {\"address\": \"rtsp://cam/a:b\"}}",
+                     *NewInfo<AppEndpointInfo>(10, "Stream"), problems);
+    ASSERT_TRUE(item);
+    StrAppEndpoint const& stream = static_cast<AppEndpointItem const&>(*item).Val();
+    EXPECT_EQ(stream, StrAppEndpoint(AppProtocolInfo_t(AppProtocolType_t::Rtsp, 0, 0),
+                                     StrEndpoint(Net::AddrStr("rtsp://cam/a:b"), 0), 0));
+    EXPECT_FALSE(ReadValue("{\"protocol\": -1, \"port\": 1, \"addrGroupPrefix\": 256}",
+                           *NewInfo<AppEndpointInfo>(10, "Stream"), problems, "/a"));
+    EXPECT_EQ(problems, (Problems{{"/a/port",
+                                   "unknown member; expected protocol, version, compatVersion, "
+                                   "endpoint, addrGroupPrefix"}}));
+    problems.clear();
+    EXPECT_FALSE(ReadValue("{\"protocol\": -1, \"addrGroupPrefix\": 256}",
+                           *NewInfo<AppEndpointInfo>(10, "Stream"), problems, "/a"));
+    EXPECT_EQ(problems,
+              (Problems{{"/a/protocol", "-1 is out of the range of U32 (0 to 4294967295)"},
+                        {"/a/addrGroupPrefix", "256 is out of the range of U8 (0 to 255)"}}));
 
     // Endpoints also read from their parts, and URIs must be URIs.
     problems.clear();
@@ -827,6 +907,136 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_FALSE(ReadValue("{\"address\": \"cam\", \"port\": 65536}",
                            *NewInfo<EndpointInfo>(7, "Peer"), problems, "/p"));
     EXPECT_EQ(problems, (Problems{{"/p/port", "65536 is out of the range of U16 (0 to 65535)"}}));
+}
+
+// The text of docs/settings-files.md, found from this source's place.
+std::string ReadDoc() {
+    std::string source = __FILE__;
+    if (source.front() != '/') {
+        char buffer[4096] = {};
+        ssize_t const length = readlink("/proc/self/exe", buffer, sizeof(buffer) - 1);
+        EXPECT_GT(length, 0);
+        std::string const self(buffer, static_cast<std::size_t>(length > 0 ? length : 0));
+        source = self.substr(0, self.rfind('/') + 1) + source;
+    }
+    std::ifstream in(source.substr(0, source.rfind("/tests/")) + "/docs/settings-files.md");
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// The Info each row of the family table is read against.
+InfoPtr DocInfo(std::string const& family) {
+    auto const mode = [](unsigned int id, std::string const& name) {
+        auto info = NewInfo<EnumInfo>(id, name, false);
+        info->SetTable({{"night", 1, false}, {"day", 3, false}});
+        return info;
+    };
+    std::map<std::string, std::function<InfoPtr()>> const infos = {
+        {"Bool", [] { return NewInfo<BoolInfo>(1, "Flag"); }},
+        {"Numeric:U8", [] { return NewInfo<NumericInfo<DoubleTraits>>(1, "Number"); }},
+        {"NumericArray:*", [] { return NewInfo<NumericArrayInfo<U16Traits>>(1, "Numbers"); }},
+        {"NumericSparse:*", [] { return NewInfo<NumericSparseInfo<U8Traits>>(1, "Sparse"); }},
+        {"Enum", [mode] { return mode(1, "Mode"); }},
+        {"String", [] { return NewInfo<StringInfo>(1, "Text"); }},
+        {"StringArray", [] { return NewInfo<StringArrayInfo>(1, "Texts"); }},
+        {"BoolArray", [] { return NewInfo<BoolArrayInfo>(1, "Flags"); }},
+        {"StringSparse", [] { return NewInfo<StringSparseInfo>(1, "Word"); }},
+        {"Colour", [] { return NewInfo<ColourInfo>(1, "Colour"); }},
+        {"Coordinate:U16", [] { return NewInfo<CoordinateInfo<U16Traits>>(1, "Point"); }},
+        {"Rectangle:U16", [] { return NewInfo<RectInfo<U16Traits>>(1, "Box"); }},
+        {"Orientation", [] { return NewInfo<OrientationInfo>(1, "Pose"); }},
+        {"Addr", [] { return NewInfo<AddrInfo>(1, "Host"); }},
+        {"Endpoint", [] { return NewInfo<EndpointInfo>(1, "Peer"); }},
+        {"AppEndpoint", [] { return NewInfo<AppEndpointInfo>(1, "Service"); }},
+        {"AppEndpointArray", [] { return NewInfo<AppEndpointArrayInfo>(1, "Services"); }},
+        {"RectArray:U16", [] { return NewInfo<RectArrayInfo<U16Traits>>(1, "Boxes"); }},
+        {"Composite",
+         [mode] {
+             auto inner = NewInfo<CompositeInfo>(0, "inner");
+             inner->AddInfo(NewInfo<BoolInfo>(0, "on"));
+             inner->AddInfo(mode(0, "mode"));
+             auto info = NewInfo<CompositeInfo>(1, "Stream");
+             info->AddInfo(NewInfo<NumericInfo<U16Traits>>(0, "rate"));
+             info->AddInfo(NewInfo<StringInfo>(0, "codec"));
+             info->AddInfo(inner);
+             return info;
+         }},
+        {"Extended", [] { return NewInfo<ExtendedInfo>(1, "Pair"); }},
+        {"LocalizedString", [] { return NewInfo<LocalizedStringInfo>(1, "Message"); }},
+    };
+    auto const found = infos.find(family);
+    return found == infos.end() ? nullptr : found->second();
+}
+
+TEST(FilesValues, TheDocumentedExamplesAreRead) {
+    std::string const doc = ReadDoc();
+    ASSERT_FALSE(doc.empty());
+    std::size_t const from = doc.find("## Values by family");
+    std::size_t const to = doc.find("### Numbers", from);
+    ASSERT_NE(to, std::string::npos);
+    std::istringstream table(doc.substr(from, to - from));
+    std::size_t examples = 0;
+    for (std::string line; std::getline(table, line);) {
+        if (line.compare(0, 3, "| `") != 0) {
+            continue;
+        }
+        std::string const family = line.substr(3, line.find('`', 3) - 3);
+        std::string const column = line.substr(line.rfind('|', line.size() - 2));
+        SCOPED_TRACE(family);
+        InfoPtr const info = DocInfo(family);
+        for (std::size_t open = column.find('`'); open != std::string::npos;
+             open = column.find('`', column.find('`', open + 1) + 1)) {
+            std::string const example =
+                column.substr(open + 1, column.find('`', open + 1) - open - 1);
+            SCOPED_TRACE(example);
+            ASSERT_TRUE(info);
+            Problems problems;
+            ItemPtr const item = ReadValue(example, *info, problems);
+            EXPECT_EQ(problems, Problems{});
+            ASSERT_TRUE(item);
+            ItemPtr const again = ReadValue(WriteValue(*item), *info, problems);
+            ASSERT_TRUE(again);
+            EXPECT_EQ(WriteValue(*again), WriteValue(*item));
+            ++examples;
+        }
+    }
+    EXPECT_EQ(examples, 25u);
+
+    // The file at the top, read into the settings it names.
+    std::size_t const start = doc.find("```json\n") + 8;
+    std::string const file = doc.substr(start, doc.find("```", start) - start);
+    InfoItemDirectory directory;
+    SectionId device;
+    SectionId input;
+    SectionId video;
+    SectionId net;
+    ASSERT_EQ(directory.AddSection("Device", device), 0);
+    ASSERT_EQ(directory.AddSection("Audio/Input", input), 0);
+    ASSERT_EQ(directory.AddSection("Video", video), 0);
+    ASSERT_EQ(directory.AddSection("Net", net), 0);
+    auto const enter = [&directory](SectionId const& section, std::string const& name,
+                                    std::string const& family) {
+        InfoPtr const info =
+            DocInfo(family)->DeepCopy(section.GetInfoItemSectionId().CreateInfoItemId(1), name);
+        EXPECT_EQ(directory.AddInfo(HoldInfo(info)), 0) << name;
+    };
+    enter(device, "Name", "String");
+    auto const mode =
+        DocInfo("Enum")->DeepCopy(device.GetInfoItemSectionId().CreateInfoItemId(2), "Mode");
+    ASSERT_EQ(directory.AddInfo(HoldInfo(mode)), 0);
+    auto gain =
+        NewInfo<NumericInfo<U32Traits>>(input.GetInfoItemSectionId().CreateInfoItemId(1), "Gain");
+    gain->SetMax(100);
+    ASSERT_EQ(directory.AddInfo(HoldInfo(gain)), 0);
+    auto const levels = DocInfo("NumericArray:*")
+                            ->DeepCopy(input.GetInfoItemSectionId().CreateInfoItemId(2), "Levels");
+    ASSERT_EQ(directory.AddInfo(HoldInfo(levels)), 0);
+    enter(video, "Privacy", "Rectangle:U16");
+    enter(net, "Stream", "AppEndpoint");
+    ValuesReport const report = ReadValues(file, directory, Apply::AllOrNothing);
+    EXPECT_EQ(report.problems, Problems{}) << file;
+    EXPECT_EQ(report.applied, 6u);
 }
 
 }  // namespace

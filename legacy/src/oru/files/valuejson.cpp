@@ -66,7 +66,13 @@ public:
     bool string(std::string& value) {
         JsonValue& placed = Scalar();
         placed.kind = JsonValue::Kind::String;
-        placed.text = std::move(value);
+        // Short texts are copied so that the parser keeps its buffer; long
+        // ones are taken whole rather than copied.
+        if (value.size() < 4096) {
+            placed.text.assign(value);
+        } else {
+            placed.text = std::move(value);
+        }
         return Complete();
     }
     bool binary(Json::binary_t&) { return false; }

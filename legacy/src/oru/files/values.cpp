@@ -398,8 +398,10 @@ std::vector<char const*> const k_rectangleNames = {"left", "top", "right", "bott
 std::vector<char const*> const k_colourNames = {"a", "r", "g", "b"};
 std::vector<char const*> const k_orientationNames = {"bearing", "inclination", "roll"};
 std::vector<char const*> const k_endpointNames = {"address", "port"};
-std::vector<char const*> const k_appEndpointNames = {"type",    "version", "compatVersion",
-                                                     "address", "port",    "prefix"};
+std::vector<char const*> const k_appEndpointNames = {"protocol", "version", "compatVersion",
+                                                     "endpoint", "addrGroupPrefix"};
+std::vector<char const*> const k_pairNames = {"first", "second"};
+std::vector<char const*> const k_messageNames = {"key", "arguments"};
 
 template <class T>
 std::vector<typename T::Element> RectangleNumbers(RectItem<T> const& rect) {
@@ -479,17 +481,15 @@ void AppendAppEndpoint(std::string& out, StrAppEndpoint const& endpoint) {
         return;
     }
     // Versions, prefix or an endpoint the URI does not carry back: every field.
-    out += "{\"type\":";
+    out += "{\"protocol\":";
     AppendNumber(out, static_cast<std::uint32_t>(endpoint.GetAppProtocolType()));
     out += ",\"version\":";
     AppendNumber(out, endpoint.GetAppProtocolVersion());
     out += ",\"compatVersion\":";
     AppendNumber(out, endpoint.GetAppProtocolCompatVersion());
-    out += ",\"address\":";
-    AppendJsonString(out, endpoint.GetAddr().ToString());
-    out += ",\"port\":";
-    AppendNumber(out, endpoint.GetPort());
-    out += ",\"prefix\":";
+    out += ",\"endpoint\":";
+    AppendEndpoint(out, endpoint.GetEndpoint());
+    out += ",\"addrGroupPrefix\":";
     AppendNumber(out, endpoint.GetAddrGroupPrefix());
     out += "}";
 }
@@ -516,33 +516,27 @@ bool ReadAppEndpoint(JsonValue const& value, StrAppEndpoint& out, Sink& sink,
     std::uint32_t type = 0;
     unsigned short version = 0;
     unsigned short compatVersion = 0;
-    unsigned short port = 0;
     unsigned char prefix = 0;
-    std::string address;
+    StrEndpoint endpoint;
     std::string why;
     bool ok = true;
-    auto number = [&](std::size_t index, auto& field) {
-        using E = typename std::decay<decltype(field)>::type;
-        if (parts[index] && !ReadElement(*parts[index], field, why,
-                                         std::is_same<E, std::uint32_t>::value   ? "U32"
-                                         : std::is_same<E, unsigned char>::value ? "U8"
-                                                                                 : "U16")) {
+    auto number = [&](std::size_t index, auto& field, char const* name) {
+        if (parts[index] && !ReadElement(*parts[index], field, why, name)) {
             sink.Add(Child(pointer, k_appEndpointNames[index]), why);
             ok = false;
         }
     };
-    number(0, type);
-    number(1, version);
-    number(2, compatVersion);
-    if (parts[3] && !ReadString(*parts[3], address, sink, Child(pointer, "address"))) {
+    number(0, type, "U32");
+    number(1, version, "U16");
+    number(2, compatVersion, "U16");
+    if (parts[3] && !ReadEndpoint(*parts[3], endpoint, sink, Child(pointer, "endpoint"))) {
         ok = false;
     }
-    number(4, port);
-    number(5, prefix);
+    number(4, prefix, "U8");
     if (ok) {
         out = StrAppEndpoint(
             AppProtocolInfo_t(static_cast<AppProtocolType_t>(type), version, compatVersion),
-            StrEndpoint(Net::AddrStr(address), port), prefix);
+            endpoint, prefix);
     }
     return ok;
 }
@@ -750,11 +744,25 @@ bool AppendValue(std::string& out, ItemBase const& item, InfoBase const* info) {
             return false;
         case OruType_t::Extended:
             if (auto const* pair = As<ExtendedItem>(item)) {
-                out += "[";
+                out += "{\"first\":";
                 AppendJsonString(out, pair->Val().first);
-                out += ",";
+                out += ",\"second\":";
                 AppendJsonString(out, pair->Val().second);
-                out += "]";
+                out += "}";
+                return true;
+            }
+            return false;
+        case OruType_t::LocalizedString:
+            if (auto const* message = As<LocalizedStringItem>(item)) {
+                out += "{\"key\":";
+                AppendJsonString(out, message->GetVal().GetKey());
+                out += ",\"arguments\":";
+                // Arguments of any family travel as their text.
+                AppendArray(out, message->GetVal().GetArguments(),
+                            [&](boost::intrusive_ptr<ItemBase const> const& argument) {
+                                AppendJsonString(out, argument ? argument->GetValAsString() : "");
+                            });
+                out += "}";
                 return true;
             }
             return false;
@@ -910,6 +918,63 @@ ItemPtr ReadGeometryFamily(JsonValue const& value, InfoBase const& info, Sink& s
     return result;
 }
 
+// Two strings: an object with exactly these members, or an array of two.
+bool ReadStrings(JsonValue const& value, std::vector<char const*> const& names, std::string* first,
+                 std::string* second, Sink& sink, std::string const& pointer) {
+    std::vector<JsonValue const*> parts;
+    if (Kind::Array == value.kind && value.items.size() == 2) {
+        parts = {&value.items[0], &value.items[1]};
+    } else if (Kind::Object != value.kind) {
+        sink.Add(pointer, Expected("an object {\"first\", \"second\"} of two strings", value));
+        return false;
+    } else if (!ReadMembers(value, names, true, parts, sink, pointer)) {
+        return false;
+    }
+    bool const object = Kind::Object == value.kind;
+    bool const one =
+        ReadString(*parts[0], *first, sink, object ? Child(pointer, names[0]) : Child(pointer, 0));
+    bool const two =
+        ReadString(*parts[1], *second, sink, object ? Child(pointer, names[1]) : Child(pointer, 1));
+    return one && two;
+}
+
+// A message key and its arguments, each read as a string Item.
+bool ReadMessage(JsonValue const& value, LocalizedStringItem& item, Sink& sink,
+                 std::string const& pointer) {
+    std::vector<JsonValue const*> parts;
+    if (Kind::Object != value.kind) {
+        sink.Add(pointer, Expected("an object {\"key\", \"arguments\"}", value));
+        return false;
+    }
+    if (!ReadMembers(value, k_messageNames, false, parts, sink, pointer)) {
+        return false;
+    }
+    LocalizedString message;
+    std::string text;
+    if (parts[0]) {
+        if (!ReadString(*parts[0], text, sink, Child(pointer, "key"))) {
+            return false;
+        }
+        message.SetKey(text);
+    }
+    bool ok = true;
+    if (parts[1]) {
+        ok = ReadArray(*parts[1], "an array of strings", sink, Child(pointer, "arguments"),
+                       [&](JsonValue const& element, std::string const& at) {
+                           if (!ReadString(element, text, sink, at)) {
+                               return false;
+                           }
+                           message.AddArgument(
+                               boost::intrusive_ptr<ItemBase const>(StringItem::Create(0, text)));
+                           return true;
+                       });
+    }
+    if (ok) {
+        item.SetVal(message);
+    }
+    return ok;
+}
+
 ItemPtr ReadComposite(JsonValue const& value, InfoBase const& info, Sink& sink,
                       std::string const& pointer) {
     auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(&info);
@@ -973,10 +1038,9 @@ ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
                 if (ReadElement(value, item->Val(), why, "Enum")) {
                     return item;
                 }
-                sink.Add(pointer, Kind::String == value.kind || Kind::Unsigned == value.kind ||
-                                          Kind::Integer == value.kind || Kind::Float == value.kind
-                                      ? why
-                                      : Expected("an entry's name or number", value));
+                bool const number = Kind::Unsigned == value.kind || Kind::Integer == value.kind ||
+                                    Kind::Float == value.kind;
+                sink.Add(pointer, number ? why : Expected("an entry's name or number", value));
             }
             return nullptr;
         case OruType_t::String:
@@ -1086,19 +1150,15 @@ ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
             return nullptr;
         case OruType_t::Extended:
             if (auto item = MakeItem<ExtendedItem>(info, sink, pointer)) {
-                if (Kind::Array != value.kind || value.items.size() != 2) {
-                    sink.Add(pointer, Kind::Array == value.kind
-                                          ? "expected an array of two strings, not " +
-                                                std::to_string(value.items.size()) + " elements"
-                                          : Expected("an array of two strings", value));
-                    return nullptr;
+                if (ReadStrings(value, k_pairNames, &item->Val().first, &item->Val().second, sink,
+                                pointer)) {
+                    return item;
                 }
-                ExtendedItem::Pair pair;
-                bool const first = ReadString(value.items[0], pair.first, sink, Child(pointer, 0));
-                bool const second =
-                    ReadString(value.items[1], pair.second, sink, Child(pointer, 1));
-                if (first && second) {
-                    item->SetVal(pair);
+            }
+            return nullptr;
+        case OruType_t::LocalizedString:
+            if (auto item = MakeItem<LocalizedStringItem>(info, sink, pointer)) {
+                if (ReadMessage(value, *item, sink, pointer)) {
                     return item;
                 }
             }
