@@ -468,10 +468,55 @@ TEST(FilesValues, WritesOneMemberPerSettingWithAnItemInIdOrder) {
     EXPECT_EQ(WriteValues(directory),
               "{\n  \"Device/Name\": \"cam-1\",\n  \"Audio/Input/Gain\": 72\n}\n");
     EXPECT_EQ(WriteValue(CollectionItem(bag)), "null");
+    Problems left;
+    WriteValues(directory, left);
+    EXPECT_EQ(left,
+              (Problems{{"/Device~1Bag", "settings of the Collection family have no value form"}}));
     Problems problems;
     EXPECT_FALSE(ReadValue("[]", *NewInfo<CollectionInfo>(bag, "Bag"), problems, "/Device~1Bag"));
     EXPECT_EQ(problems,
               (Problems{{"/Device~1Bag", "settings of the Collection family have no value form"}}));
+}
+
+// A composite's record counts its children in 16 bits: the model writes a
+// 65,537-child composite as one of 1 child, so files neither keep nor take it.
+TEST(ValuesFileTest, ValuesTheirRecordCannotHoldAreRefusedBothWays) {
+    RecordingDirectory directory;
+    SectionId section;
+    ASSERT_EQ(directory.AddSection("Video/Masks", section), 0);
+    unsigned int const id = section.GetInfoItemSectionId().CreateInfoItemId(1);
+    boost::intrusive_ptr<CompositeInfo> info(new CompositeInfo(id, "Levels", Permission_t()));
+    boost::intrusive_ptr<CompositeItem> item(new CompositeItem(id));
+    std::string json = "{\"Video/Masks/Levels\": [";
+    for (std::size_t i = 0; i < 65537; ++i) {
+        info->AddInfo(InfoPtr(new NumericInfo<U8Traits>(0, "Level", Permission_t())));
+        item->AddItem(ItemPtr(NumericItem<U8Traits>::Create(0, 1)));
+        json += i ? ",1" : "1";
+    }
+    json += "]}";
+    ASSERT_EQ(directory.AddInfo(HoldInfo(info)), 0);
+    directory.log.clear();
+    EXPECT_EQ(Files::RecordLimit(*item),
+              "a composite record holds at most 65535 children, this one has 65537");
+
+    ValuesReport const refused = ReadValues(json, directory);
+    EXPECT_EQ(refused.applied, 0u);
+    EXPECT_EQ(refused.problems,
+              (Problems{{"/Video~1Masks~1Levels",
+                         "a composite record holds at most 65535 children, this one has 65537"}}));
+    EXPECT_TRUE(directory.log.empty());
+
+    ASSERT_EQ(directory.SetItem(HoldItem(item)), 0);
+    Problems left;
+    EXPECT_EQ(WriteValues(directory, left), "{}\n");
+    EXPECT_EQ(left, refused.problems);
+
+    // At the limit the record holds it.
+    std::vector<ItemPtr> children;
+    item->GetItems(children);
+    children.resize(65535);
+    item->SetItems(children);
+    EXPECT_EQ(Files::RecordLimit(*item), "");
 }
 
 // A small device: every kind of mistake has a setting to be made on.
@@ -559,14 +604,13 @@ std::string const k_mistakes = R"({
 Problems const k_mistakeProblems = {
     {"/Audio~1Input~1Gain", "Setting 'Gain': the value is above the maximum 100"},
     {"/Audio~1Input~1Nope", "no setting has this path"},
-    {"/Audio~1Input~1Level", "300 is out of the range of U8 (0 to 255)"},
-    {"/Audio~1Input~1Levels/1", "-1 is out of the range of U16 (0 to 65535)"},
-    {"/Audio~1Input~1Levels/3", "70000 is out of the range of U16 (0 to 65535)"},
+    {"/Audio~1Input~1Level", "300 does not fit U8 (0 to 255)"},
+    {"/Audio~1Input~1Levels/1", "-1 does not fit U16 (0 to 65535)"},
+    {"/Audio~1Input~1Levels/3", "70000 does not fit U16 (0 to 65535)"},
     {"/Audio~1Input~1Levels/4", "expected a number, not a string"},
-    {"/Audio~1Input~1Ratio", "1e300 is out of the range of Float"},
+    {"/Audio~1Input~1Ratio", "1e300 does not fit Float"},
     {"/Audio~1Input~1Mode", "Setting 'Mode': 3 is not an allowed value"},
-    {"/Device~1Count",
-     "18446744073709551616 is out of the range of U64 (0 to 18446744073709551615)"},
+    {"/Device~1Count", "18446744073709551616 does not fit U64 (0 to 18446744073709551615)"},
     {"/Device~1Step", "expected a whole number for U16, not 0.5"},
     {"/Device~1Name", "expected a string, not a boolean"},
     {"/Device~1Pos", "Setting 'Pos': {\"x\":5,\"y\":300} is outside its bounds"},
@@ -631,7 +675,7 @@ TEST(FilesValues, AllOrNothingLeavesTheDirectoryAsItWasAndPassingAppliesOneChang
         auto const before = device.Snapshot();
         ValuesReport const report = ReadValues(json, device, Apply::AllOrNothing);
         EXPECT_EQ(report.problems,
-                  (Problems{{"/Audio~1Input~1Level", "256 is out of the range of U8 (0 to 255)"}}));
+                  (Problems{{"/Audio~1Input~1Level", "256 does not fit U8 (0 to 255)"}}));
         EXPECT_EQ(report.applied, 0u);
         EXPECT_EQ(device.Snapshot(), before);
         EXPECT_TRUE(device.log.empty());
@@ -641,7 +685,7 @@ TEST(FilesValues, AllOrNothingLeavesTheDirectoryAsItWasAndPassingAppliesOneChang
         auto const before = device.Snapshot();
         ValuesReport const report = ReadValues(json, device, Apply::Passing);
         EXPECT_EQ(report.problems,
-                  (Problems{{"/Audio~1Input~1Level", "256 is out of the range of U8 (0 to 255)"}}));
+                  (Problems{{"/Audio~1Input~1Level", "256 does not fit U8 (0 to 255)"}}));
         EXPECT_EQ(report.applied, 4u);
         // One notification per value, in id order: depth-1 "Device" first.
         ASSERT_EQ(device.log.size(), 4u);
@@ -765,15 +809,14 @@ TEST(FilesValues, HugeNumbersAndStringsAreRefusedByRangeOrCheckNotWrapped) {
         device);
     EXPECT_EQ(
         report.problems,
-        (Problems{{"/Device~1Count",
-                   "99999999999999999999 is out of the range of U64 (0 to 18446744073709551615)"},
-                  {"/Audio~1Input~1Gain",
-                   "-99999999999999999999 is out of the range of U32 (0 to 4294967295)"},
-                  {"/Audio~1Input~1Ratio", "3.5e38 is out of the range of Float"},
-                  {"/Device~1Step", "expected a whole number for U16, not 1e-999"},
-                  {"/Device~1Name", "Setting 'Name': the text is longer than 8 characters"},
-                  {"/Device~1Choice", "no entry is named \"" + std::string(32, 'x') + "...\""},
-                  {"/Audio~1Input~1Levels/0", "expected a number, not an array"}}));
+        (Problems{
+            {"/Device~1Count", "99999999999999999999 does not fit U64 (0 to 18446744073709551615)"},
+            {"/Audio~1Input~1Gain", "-99999999999999999999 does not fit U32 (0 to 4294967295)"},
+            {"/Audio~1Input~1Ratio", "3.5e38 does not fit Float"},
+            {"/Device~1Step", "expected a whole number for U16, not 1e-999"},
+            {"/Device~1Name", "Setting 'Name': the text is longer than 8 characters"},
+            {"/Device~1Choice", "no entry is named \"" + std::string(32, 'x') + "...\""},
+            {"/Audio~1Input~1Levels/0", "expected a number, not an array"}}));
     EXPECT_EQ(report.applied, 0u);
 
     // A million wrong elements make twenty problems and a count.
@@ -785,7 +828,7 @@ TEST(FilesValues, HugeNumbersAndStringsAreRefusedByRangeOrCheckNotWrapped) {
     ValuesReport const capped = ReadValues(many, device);
     ASSERT_EQ(capped.problems.size(), 21u);
     EXPECT_EQ(capped.problems[19],
-              (Problem{"/Audio~1Input~1Levels/19", "-1 is out of the range of U16 (0 to 65535)"}));
+              (Problem{"/Audio~1Input~1Levels/19", "-1 does not fit U16 (0 to 65535)"}));
     EXPECT_EQ(capped.problems[20],
               (Problem{"/Audio~1Input~1Levels", "999980 more problems in this value"}));
 }
@@ -800,7 +843,7 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_EQ(WriteValue(*item), "[1,2,100,255]");
 
     EXPECT_FALSE(ReadValue("[1, 256, 0.25, null]", *bytes, problems, "/x"));
-    EXPECT_EQ(problems, (Problems{{"/x/1", "256 is out of the range of U8 (0 to 255)"},
+    EXPECT_EQ(problems, (Problems{{"/x/1", "256 does not fit U8 (0 to 255)"},
                                   {"/x/2", "expected a whole number for U8, not 0.25"},
                                   {"/x/3", "expected a number, not null"}}));
     problems.clear();
@@ -820,7 +863,7 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_EQ(problems,
               (Problems{{"/w", "write 1e17 in plain digits: in this form it is not exact"},
                         {"/w",
-                         "-9223372036854775809 is out of the range of S64 "
+                         "-9223372036854775809 does not fit S64 "
                          "(-9223372036854775808 to 9223372036854775807)"}}));
 
     // Floats without a JSON number, and the array forms of the small objects.
@@ -853,10 +896,9 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_EQ(WriteValue(*item), "2");
     EXPECT_FALSE(ReadValue("true", *choice, problems, "/c"));
     EXPECT_FALSE(ReadValue("2147483648", *choice, problems, "/c"));
-    EXPECT_EQ(
-        problems,
-        (Problems{{"/c", "expected an entry's name or number, not a boolean"},
-                  {"/c", "2147483648 is out of the range of Enum (-2147483648 to 2147483647)"}}));
+    EXPECT_EQ(problems,
+              (Problems{{"/c", "expected an entry's name or number, not a boolean"},
+                        {"/c", "2147483648 does not fit Enum (-2147483648 to 2147483647)"}}));
 
     // A message travels as its key and its arguments' texts.
     LocalizedString greeting("Greeting");
@@ -894,9 +936,8 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     problems.clear();
     EXPECT_FALSE(ReadValue("{\"protocol\": -1, \"addrGroupPrefix\": 256}",
                            *NewInfo<AppEndpointInfo>(10, "Stream"), problems, "/a"));
-    EXPECT_EQ(problems,
-              (Problems{{"/a/protocol", "-1 is out of the range of U32 (0 to 4294967295)"},
-                        {"/a/addrGroupPrefix", "256 is out of the range of U8 (0 to 255)"}}));
+    EXPECT_EQ(problems, (Problems{{"/a/protocol", "-1 does not fit U32 (0 to 4294967295)"},
+                                  {"/a/addrGroupPrefix", "256 does not fit U8 (0 to 255)"}}));
 
     // Endpoints also read from their parts, and URIs must be URIs.
     problems.clear();
@@ -906,7 +947,7 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_EQ(WriteValue(*item), "\"cam:554\"");
     EXPECT_FALSE(ReadValue("{\"address\": \"cam\", \"port\": 65536}",
                            *NewInfo<EndpointInfo>(7, "Peer"), problems, "/p"));
-    EXPECT_EQ(problems, (Problems{{"/p/port", "65536 is out of the range of U16 (0 to 65535)"}}));
+    EXPECT_EQ(problems, (Problems{{"/p/port", "65536 does not fit U16 (0 to 65535)"}}));
 }
 
 // The text of docs/settings-files.md, found from this source's place.

@@ -142,9 +142,13 @@ void AddDemo(CLI::App& program, int& status) {
         if (*values) {
             InfoItemDirectory directory;
             SampleDirectory(directory);
-            std::cout << WithNewline(Legacy::Oru::Files::WriteValues(directory));
+            Legacy::Oru::Files::Problems problems;
+            std::cout << WithNewline(Legacy::Oru::Files::WriteValues(directory, problems));
             std::cout.flush();
-            status = std::cout ? 0 : 1;
+            for (auto const& problem : problems) {
+                std::cerr << "oru demo: left out " << Legacy::Oru::Files::ToString(problem) << "\n";
+            }
+            status = std::cout && problems.empty() ? 0 : 1;
         } else {
             status = RunDemo(Args(), std::cout, std::cerr);
         }

@@ -8,6 +8,7 @@
 #include <limits>
 #include <sstream>
 
+#include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
 #include "codes.h"
@@ -279,32 +280,6 @@ std::string FirstLine(std::string text) {
     return text;
 }
 
-// The payload size a record of item needs, without the 32-bit wrap of
-// GetSerialDataSize, and whether every composite count fits its 16 bits.
-bool RealSize(ItemBase const& item, std::uint64_t& size, std::string& problem) {
-    auto const* const composite = dynamic_cast<CompositeItem const*>(&item);
-    if (!composite) {
-        size = item.GetSerialDataSize();
-        return true;
-    }
-    if (composite->GetSize() > 0xFFFFu) {
-        problem = "a composite record holds at most 65535 children, this one has " +
-                  std::to_string(composite->GetSize());
-        return false;
-    }
-    std::vector<CompositeItem::ConstItemPtr> children;
-    composite->GetItems(children);
-    size = 2;
-    for (auto const& child : children) {
-        std::uint64_t childSize = 0;
-        if (child && !RealSize(*child, childSize, problem)) {
-            return false;
-        }
-        size += 10 + childSize;
-    }
-    return true;
-}
-
 }  // namespace
 
 std::string RangeText(unsigned numericTypeByte) {
@@ -351,16 +326,8 @@ bool ReadValue(Family const& family, unsigned int id, std::vector<std::string> c
 }
 
 bool FitsRecord(ItemBase const& item, std::string& problem) {
-    std::uint64_t size = 0;
-    if (!RealSize(item, size, problem)) {
-        return false;
-    }
-    if (size > 0xFFFFFFFFu) {
-        problem = "the record would need " + std::to_string(size) +
-                  " payload bytes; its size field holds at most 4294967295";
-        return false;
-    }
-    return true;
+    problem = Legacy::Oru::Files::RecordLimit(item);
+    return problem.empty();
 }
 
 bool SurvivesRecord(ItemBase const& item, std::string const& typed, std::string& problem) {

@@ -180,7 +180,7 @@ std::string NumberText(JsonValue const& value) {
 
 template <class E>
 std::string OutOfRange(JsonValue const& value, char const* name) {
-    std::string message = NumberText(value) + " is out of the range of " + name;
+    std::string message = NumberText(value) + " does not fit " + name;
     if constexpr (std::is_integral<E>::value) {
         message += " (" + NumberText(std::numeric_limits<E>::lowest()) + " to " +
                    NumberText(std::numeric_limits<E>::max()) + ")";
@@ -778,6 +778,13 @@ bool AppendValue(std::string& out, ItemBase const& item, InfoBase const* info) {
 
 // ---- reading -------------------------------------------------------------
 
+// "settings of the Collection family have no value form", for an Info or Item.
+template <class Object>
+std::string NoValueForm(Object const& object) {
+    return std::string("settings of the ") + OruTypeText(object.GetType()) +
+           " family have no value form";
+}
+
 ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
                  std::string const& pointer);
 
@@ -1166,8 +1173,7 @@ ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
         case OruType_t::Composite:
             return ReadComposite(value, info, sink, pointer);
         default:
-            sink.Add(pointer, std::string("settings of the ") + OruTypeText(info.GetType()) +
-                                  " family have no value form");
+            sink.Add(pointer, NoValueForm(info));
             return nullptr;
     }
 }
@@ -1258,6 +1264,31 @@ bool CheckItem(ItemBase const& item, InfoPtr const& info, Sink& sink, std::strin
     return ok;
 }
 
+// The payload size the record of item needs, without the 32-bit wrap of
+// GetSerialDataSize; false when a composite's count passes its 16 bits.
+bool RecordSize(ItemBase const& item, std::uint64_t& size, std::string& problem) {
+    auto const* const composite = As<CompositeItem>(item);
+    if (!composite) {
+        size = item.GetSerialDataSize();
+        return true;
+    }
+    if (composite->GetSize() > 0xFFFFu) {
+        problem = "a composite record holds at most 65535 children, this one has " +
+                  std::to_string(composite->GetSize());
+        return false;
+    }
+    size = 2;  // the count
+    for (std::size_t i = 0; i < composite->GetSize(); ++i) {
+        CompositeItem::ConstItemPtr const child = composite->GetItem(i);
+        std::uint64_t childSize = 0;
+        if (child && !RecordSize(*child, childSize, problem)) {
+            return false;
+        }
+        size += 10 + childSize;  // each child is a record of its own
+    }
+    return true;
+}
+
 // The section path of each setting, looked up once per section.
 class PathNames {
 public:
@@ -1319,7 +1350,11 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
             return true;
         }
         ItemPtr const item = ReadItem(value, *info, sink, pointer);
-        bool const passed = item && CheckItem(*item, info, sink, pointer);
+        std::string const limit = item ? RecordLimit(*item) : std::string();
+        if (!limit.empty()) {
+            sink.Add(pointer, limit);
+        }
+        bool const passed = item && limit.empty() && CheckItem(*item, info, sink, pointer);
         sink.EndValue(pointer);
         if (passed) {
             delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
@@ -1367,6 +1402,11 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
 }
 
 std::string WriteValues(InfoItemDirectory const& directory) {
+    Problems ignored;
+    return WriteValues(directory, ignored);
+}
+
+std::string WriteValues(InfoItemDirectory const& directory, Problems& problems) {
     std::vector<boost::intrusive_ptr<InfoItemHolder const>> slots;
     directory.GetAllInfoItems(slots);
     PathNames paths(directory);
@@ -1379,8 +1419,12 @@ std::string WriteValues(InfoItemDirectory const& directory) {
             continue;
         }
         InfoBase const& info = *slot->GetInfoHolder()->GetInfo();
+        ItemBase const& item = *itemHolder->GetItem();
+        std::string const limit = RecordLimit(item);
         value.clear();
-        if (!AppendValue(value, *itemHolder->GetItem(), &info)) {
+        if (!limit.empty() || !AppendValue(value, item, &info)) {
+            problems.push_back(Problem{"/" + PointerToken(paths.Path(info)),
+                                       limit.empty() ? NoValueForm(item) : limit});
             continue;
         }
         out += first ? "\n  " : ",\n  ";
@@ -1406,6 +1450,19 @@ boost::intrusive_ptr<ItemBase> ReadValue(std::string const& json, InfoBase const
     ItemPtr item = ReadItem(value, info, sink, pointer);
     sink.EndValue(pointer);
     return item;
+}
+
+std::string RecordLimit(ItemBase const& item) {
+    std::string problem;
+    std::uint64_t size = 0;
+    if (!RecordSize(item, size, problem)) {
+        return problem;
+    }
+    if (size > 0xFFFFFFFFu) {
+        return "the record would need " + std::to_string(size) +
+               " payload bytes; its size field holds at most 4294967295";
+    }
+    return std::string();
 }
 
 std::string WriteValue(ItemBase const& item) {

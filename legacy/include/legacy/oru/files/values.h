@@ -41,12 +41,19 @@ struct ORU_API ValuesReport {
 
 // Reads the values in json for the settings of directory, checks each against
 // its Info, and applies those that pass as one change set, so that observers
-// see ItemChanged_ for each.
+// see ItemChanged_ for each. A value whose serial record could not hold it
+// (see RecordLimit) is refused too.
 ORU_API ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory,
                                 Apply mode = Apply::Passing);
 
-// The present values of every setting in directory that has one.
+// The present values of every setting in directory that has one. A setting
+// whose value cannot be written is left out: one of a family without a value
+// form, and one whose serial record could not hold the value (see RecordLimit).
 ORU_API std::string WriteValues(InfoItemDirectory const& directory);
+
+// The same, and each setting left out is reported in problems with its path
+// as pointer and the reason.
+ORU_API std::string WriteValues(InfoItemDirectory const& directory, Problems& problems);
 
 // One value in its JSON form, read for info: a new Item with the Info's id,
 // not yet checked; null with the problems added (their pointers start with
@@ -57,6 +64,13 @@ ORU_API boost::intrusive_ptr<ItemBase> ReadValue(std::string const& json, InfoBa
 
 // The JSON form of one Item's value.
 ORU_API std::string WriteValue(ItemBase const& item);
+
+// Why the serial record of item could not hold its value, in words ("a
+// composite record holds at most 65535 children, this one has 65537"); empty
+// when it can. The model writes such a record all the same (a composite's
+// count keeps its low 16 bits, a size past 4 GiB wraps), and it reads back as
+// another value, so the readers and writers of values files refuse it.
+ORU_API std::string RecordLimit(ItemBase const& item);
 
 }  // namespace Files
 }  // namespace Oru
