@@ -270,9 +270,10 @@ TEST(FilesDescription, ApplicationEndpointsKeepEveryField) {
                                           {"path": "Net/C", "type": "AppEndpointArray",
                                            "default": ["http://a:1", 7]})"),
                               copy),
-              (Problems{{"/settings/0/default/version", "70000 does not fit a version"},
-                        {"/settings/0/default/port", "unknown key port"},
-                        {"/settings/1/default/1", "must be a URI or an object"}}));
+              (Problems{{"/settings/0/default/port",
+                         "unknown member; expected protocol, version, compatVersion, endpoint, "
+                         "addrGroupPrefix"},
+                        {"/settings/1/default/1", "expected a URI or an object, not a number"}}));
 }
 
 TEST(FilesDescription, ExtremeNumbersAndIdsSurviveTheRoundTrip) {
@@ -445,13 +446,14 @@ TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
                   {"/settings/0/max", "max is below min"},
                   {"/settings/1/type", "unknown type Numeric:U31"},
                   {"/settings/2/path", "Audio/Input/Gain is described twice"},
-                  {"/settings/3/max", "300 does not fit U8"},
-                  {"/settings/4/min", "-1 does not fit U16"},
-                  {"/settings/5/default", "2.5 is not a whole number"},
-                  {"/settings/6/max", "1.8446744073709552e+19 does not fit U64"},
-                  {"/settings/7/max", "1e+300 does not fit Float"},
+                  {"/settings/3/max", "300 does not fit U8 (0 to 255)"},
+                  {"/settings/4/min", "-1 does not fit U16 (0 to 65535)"},
+                  {"/settings/5/default", "expected a whole number for S8, not 2.5"},
+                  {"/settings/6/max",
+                   "18446744073709551616 does not fit U64 (0 to 18446744073709551615)"},
+                  {"/settings/7/max", "1e300 does not fit Float"},
                   {"/settings/8/colour", "unknown key colour"},
-                  {"/settings/9/default", "must be true or false"},
+                  {"/settings/9/default", "expected true or false, not a string"},
                   {"/settings/10/path", "path NoSection needs a section and a name"},
                   {"/settings/11", "path is missing"},
                   {"/settings/12/default", "default has 3 elements; it must have 1 to 2"},
@@ -459,12 +461,14 @@ TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
                   {"/settings/14/default", "default is below min"},
                   {"/settings/15/maxSize", "maxSize is below minSize"},
                   {"/settings/16/children/0/path", "unknown key path"},
-                  {"/settings/16/children/1/max", "128 does not fit S8"},
-                  {"/settings/17/min", "-9.223372036854776e+18 does not fit S64"},
-                  {"/settings/18/default/1", "256 does not fit U8"},
-                  {"/settings/18/default/2", "-1 does not fit U8"},
+                  {"/settings/16/children/1/max", "128 does not fit S8 (-128 to 127)"},
+                  {"/settings/17/min",
+                   "-9223372036854775809 does not fit S64 "
+                   "(-9223372036854775808 to 9223372036854775807)"},
+                  {"/settings/18/default/1", "256 does not fit U8 (0 to 255)"},
+                  {"/settings/18/default/2", "-1 does not fit U8 (0 to 255)"},
                   {"/settings/19/path", "the section path a/b/c/d/e is deeper than 4 levels"},
-                  {"/settings/20/permission", "65536 does not fit a permission"},
+                  {"/settings/20/permission", "65536 does not fit a permission (0 to 65535)"},
                   {"/settings/20/type", "must be a string"},
                   {"/settings/21", "must be an object"},
               }));
@@ -487,7 +491,7 @@ TEST(FilesDescription, ARefusedFileChangesNothing) {
                     {"path": "Video/Encoder/Rate", "type": "Numeric:U16", "max": 30},
                     {"path": "Video/Encoder/Bad", "type": "Numeric:U16", "max": 70000})"),
                         directory);
-    EXPECT_EQ(problems, (Problems{{"/settings/2/max", "70000 does not fit U16"}}));
+    EXPECT_EQ(problems, (Problems{{"/settings/2/max", "70000 does not fit U16 (0 to 65535)"}}));
     EXPECT_EQ(WriteDescription(directory), before);
     EXPECT_FALSE(directory.FindSection("Video").IsValid());
     EXPECT_FALSE(directory.FindSection("Video/Encoder").IsValid());
@@ -524,17 +528,17 @@ TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
     EXPECT_EQ(read(Settings(R"({"path": "A/B", "type": "Bool", "type": "String"},
                                {"path": "A/C", "type": "Colour",
                                 "min": {"a": 1, "a": 2}, "path": "A/D"})")),
-              (Problems{{"/settings/0/type", "key type appears twice"},
-                        {"/settings/1/min/a", "key a appears twice"},
-                        {"/settings/1/path", "key path appears twice"}}));
+              (Problems{{"/settings/0/type", "the key appears twice"},
+                        {"/settings/1/min/a", "the key appears twice"},
+                        {"/settings/1/path", "the key appears twice"}}));
 
     // Nesting far beyond any description, without a stack to match it.
     std::string const deep = std::string(200000, '[') + std::string(200000, ']');
-    std::string sixtyFourLevels;
-    for (int i = 0; i < 64; ++i) {
-        sixtyFourLevels += "/0";
+    std::string deepest;
+    for (int i = 0; i < 63; ++i) {
+        deepest += "/0";
     }
-    EXPECT_EQ(read(deep), (Problems{{sixtyFourLevels, "nesting is deeper than 64 levels"}}));
+    EXPECT_EQ(read(deep), (Problems{{deepest, "nested deeper than 64 levels"}}));
 
     // Huge texts are refused or taken, and messages stay short.
     std::string const huge(10 * 1024 * 1024, 'x');

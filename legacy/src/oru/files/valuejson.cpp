@@ -18,6 +18,9 @@ namespace {
 
 using Json = nlohmann::json;
 
+// Past this many keys given twice a hostile file is refused without more.
+constexpr std::size_t k_maxRepeatedKeys = 20;
+
 // Builds JsonValue trees from the parser's events. Nesting is bounded here,
 // and the parser itself keeps no stack of its own beyond one flag per level,
 // so a hostile file costs at most k_maxJsonDepth levels of anything.
@@ -130,6 +133,7 @@ public:
     bool Failed() const { return failed_; }
     std::string const& ErrorPointer() const { return errorPointer_; }
     std::string const& Error() const { return error_; }
+    Problems const& Repeated() const { return repeated_; }
 
 private:
     bool IsTopLevel() const { return onMember_ && open_.empty(); }
@@ -191,16 +195,20 @@ private:
         return true;
     }
 
-    // Sorting keeps an object with many members from costing its square.
+    // Every key given twice is noted and the reading goes on, so that a file
+    // is refused with all of them. Sorting keeps an object with many members
+    // from costing its square.
     bool CheckUniqueKeys(JsonValue const& object) {
         std::vector<std::string_view> names(object.keys.begin(), object.keys.end());
         std::sort(names.begin(), names.end());
-        auto const twice = std::adjacent_find(names.begin(), names.end());
-        if (twice == names.end()) {
-            return true;
+        for (auto twice = std::adjacent_find(names.begin(), names.end());
+             twice != names.end() && repeated_.size() < k_maxRepeatedKeys;
+             twice =
+                 std::adjacent_find(std::upper_bound(twice, names.end(), *twice), names.end())) {
+            repeated_.push_back(Problem{PointerHere() + "/" + PointerToken(std::string(*twice)),
+                                        "the key appears twice"});
         }
-        return Fail(PointerHere() + "/" + PointerToken(std::string(*twice)),
-                    "the key appears twice");
+        return true;
     }
 
     // The pointer of the innermost open container.
@@ -237,16 +245,17 @@ private:
     bool failed_ = false;
     std::string errorPointer_;
     std::string error_;
+    Problems repeated_;
 };
 
-bool Run(std::string const& json, TreeBuilder& builder, std::string& errorPointer,
-         std::string& error) {
+bool Run(std::string const& json, TreeBuilder& builder, Problems& problems) {
     bool const parsed = Json::sax_parse(json, &builder);
     if (parsed && !builder.Failed()) {
-        return true;
+        problems = builder.Repeated();
+        return problems.empty();
     }
-    errorPointer = builder.Failed() ? builder.ErrorPointer() : "";
-    error = builder.Failed() ? builder.Error() : "malformed JSON";
+    problems.assign(1, Problem{builder.Failed() ? builder.ErrorPointer() : "",
+                               builder.Failed() ? builder.Error() : "malformed JSON"});
     return false;
 }
 
@@ -275,16 +284,15 @@ char const* KindName(JsonValue::Kind kind) {
 bool ReadJsonMembers(std::string const& json,
                      std::function<bool(std::string const& key, JsonValue& value,
                                         std::string& refusal)> const& onMember,
-                     std::string& errorPointer, std::string& error) {
+                     Problems& problems) {
     TreeBuilder builder(&onMember, nullptr);
-    return Run(json, builder, errorPointer, error);
+    return Run(json, builder, problems);
 }
 
-bool ReadJsonValue(std::string const& json, JsonValue& out, std::string& errorPointer,
-                   std::string& error) {
+bool ReadJsonValue(std::string const& json, JsonValue& out, Problems& problems) {
     out = JsonValue();
     TreeBuilder builder(nullptr, &out);
-    return Run(json, builder, errorPointer, error);
+    return Run(json, builder, problems);
 }
 
 void AppendJsonString(std::string& out, std::string const& text) {

@@ -212,10 +212,9 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
         return true;
     };
 
-    std::string errorPointer;
-    std::string error;
-    if (!ReadJsonMembers(json, onMember, errorPointer, error)) {
-        report.problems.assign(1, Problem{errorPointer, error});
+    Problems syntax;
+    if (!ReadJsonMembers(json, onMember, syntax)) {
+        report.problems = std::move(syntax);
         return report;
     }
     auto const& items = delta->GetItemHolderPtrMap_addMod();
@@ -289,10 +288,11 @@ std::string WriteValues(InfoItemDirectory const& directory, Problems& problems) 
 boost::intrusive_ptr<ItemBase> ReadValue(std::string const& json, InfoBase const& info,
                                          Problems& problems, std::string const& pointer) {
     JsonValue value;
-    std::string errorPointer;
-    std::string error;
-    if (!ReadJsonValue(json, value, errorPointer, error)) {
-        problems.push_back(Problem{pointer + errorPointer, error});
+    Problems refused;
+    if (!ReadJsonValue(json, value, refused)) {
+        for (Problem const& problem : refused) {
+            problems.push_back(Problem{pointer + problem.pointer, problem.message});
+        }
         return nullptr;
     }
     Sink sink(problems);
