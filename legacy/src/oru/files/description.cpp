@@ -25,7 +25,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 using ValueForm::Kind;
-using ValueForm::Shown;
 
 // A setting's path is at most this long.
 constexpr std::size_t k_maxPathLength = 1024;

@@ -23,14 +23,8 @@ std::string Child(std::string const& pointer, std::string const& key) {
     return pointer + "/" + PointerToken(key);
 }
 
-std::string Shown(std::string const& text, std::size_t limit) {
-    if (text.size() <= limit) {
-        return text;
-    }
-    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0u) == 0x80u) {
-        --limit;
-    }
-    return text.substr(0, limit) + "...";
+std::string Quoted(std::string const& name) {
+    return "Setting '" + name + "': ";
 }
 
 std::string NumberText(JsonValue const& value) {

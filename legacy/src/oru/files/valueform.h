@@ -81,9 +81,8 @@ std::string Expected(char const* what, JsonValue const& value);
 std::string Child(std::string const& pointer, std::size_t index);
 std::string Child(std::string const& pointer, std::string const& key);
 
-// A text from a file cut to about limit bytes for messages, never inside a
-// UTF-8 sequence, so that a huge input cannot make a huge report.
-std::string Shown(std::string const& text, std::size_t limit = 64);
+// "Setting 'Brightness': ", the start of a message about one setting.
+std::string Quoted(std::string const& name);
 
 // The number as the file spells it, shortened.
 std::string NumberText(JsonValue const& value);

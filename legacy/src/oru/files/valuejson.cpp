@@ -124,10 +124,8 @@ public:
         } else if (what.compare(0, 1, "[") == 0 && what.find("] ") != std::string::npos) {
             what.erase(0, what.find("] ") + 2);
         }
-        if (what.size() > 160) {
-            what = what.substr(0, 120) + "...";
-        }
-        return Fail("", "malformed JSON at byte " + std::to_string(position) + ": " + what);
+        return Fail("", "malformed JSON at byte " + std::to_string(position) + ": " +
+                            Shown(what, what.size() > 160 ? 120 : 160));
     }
 
     bool Failed() const { return failed_; }
@@ -293,6 +291,16 @@ bool ReadJsonValue(std::string const& json, JsonValue& out, Problems& problems) 
     out = JsonValue();
     TreeBuilder builder(nullptr, &out);
     return Run(json, builder, problems);
+}
+
+std::string Shown(std::string const& text, std::size_t limit) {
+    if (text.size() <= limit) {
+        return text;
+    }
+    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0u) == 0x80u) {
+        --limit;
+    }
+    return text.substr(0, limit) + "...";
 }
 
 void AppendJsonString(std::string& out, std::string const& text) {

@@ -66,6 +66,10 @@ bool ReadJsonMembers(std::string const& json,
 // Reads a text that must be exactly one JSON value, with the same refusals.
 bool ReadJsonValue(std::string const& json, JsonValue& out, Problems& problems);
 
+// A text from a file cut to about limit bytes for messages, never inside a
+// UTF-8 sequence, so that a huge input cannot make a huge report.
+std::string Shown(std::string const& text, std::size_t limit = 64);
+
 // The JSON string of text, quoted and escaped; bytes that are no UTF-8 become
 // U+FFFD, since a JSON text cannot carry them.
 void AppendJsonString(std::string& out, std::string const& text);

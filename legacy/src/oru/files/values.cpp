@@ -29,10 +29,6 @@ using namespace ValueForm;
 
 // ---- checking ------------------------------------------------------------
 
-std::string Quoted(std::string const& name) {
-    return "Setting '" + name + "': ";
-}
-
 // The families whose model check refuses every value are checked by what
 // their own classes offer instead: table membership, or bounds.
 bool CheckItem(ItemBase const& item, InfoPtr const& info, Sink& sink, std::string const& pointer) {
