@@ -599,6 +599,59 @@ TEST(FilesDescription, FamilyNamesAreThoseOfTheProgram) {
     EXPECT_EQ(names[1], "Numeric:U8");
 }
 
+TEST(FilesDescription, DefaultsTakeTheFormsOfValuesFiles) {
+    InfoItemDirectory directory;
+    ASSERT_EQ(ReadDescription(Settings(R"({"path": "V/Mode", "type": "Enum",
+                                     "table": [{"name": "low", "value": 1},
+                                               {"name": "high", "value": 2}],
+                                     "default": "high"},
+                                    {"path": "V/Tint", "type": "Colour", "min": [0, 0, 0, 0],
+                                     "default": [1, 0.5, 0.25, 0]},
+                                    {"path": "V/Peer", "type": "Endpoint",
+                                     "default": {"address": "10.0.0.1", "port": 80}},
+                                    {"path": "V/Ratio", "type": "Numeric:Float", "min": 0,
+                                     "max": 1, "default": 0.1})"),
+                              directory),
+              Problems());
+    auto const mode = boost::dynamic_pointer_cast<EnumInfo const>(InfoAt(directory, "V/Mode"));
+    ASSERT_NE(mode, nullptr);
+    EXPECT_EQ(mode->GetDefault(), 2);
+    auto const tint = boost::dynamic_pointer_cast<ColourInfo const>(InfoAt(directory, "V/Tint"));
+    ASSERT_NE(tint, nullptr);
+    EXPECT_EQ(tint->GetDefault().a, 1.0f);
+    EXPECT_EQ(tint->GetDefault().g, 0.25f);
+    EXPECT_EQ(tint->GetDefault().b, 0.0f);
+    auto const peer = boost::dynamic_pointer_cast<EndpointInfo const>(InfoAt(directory, "V/Peer"));
+    ASSERT_NE(peer, nullptr);
+    EXPECT_EQ(peer->GetDefault().ToString(), "10.0.0.1:80");
+
+    // Written as values are: the entry by name, a float by its shortest digits.
+    std::string const text = WriteDescription(directory);
+    EXPECT_NE(text.find("\"default\": \"high\""), std::string::npos) << text;
+    EXPECT_NE(text.find("\"default\": 0.1\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\"default\": \"10.0.0.1:80\""), std::string::npos) << text;
+    InfoItemDirectory copy;
+    ASSERT_EQ(ReadDescription(text, copy), Problems());
+    EXPECT_EQ(WriteDescription(copy), text);
+
+    // The values' words for a default that is no value of its family; nothing is added.
+    InfoItemDirectory other;
+    EXPECT_EQ(ReadDescription(Settings(R"({"path": "V/Mode", "type": "Enum",
+                                           "table": [{"name": "low", "value": 1}],
+                                           "default": "middle"},
+                                          {"path": "V/Tint", "type": "Colour",
+                                           "default": [1, 0.5, 0.25]},
+                                          {"path": "V/Ratio", "type": "NumericArray:U8",
+                                           "default": [1, "2"]})"),
+                              other),
+              (Problems{{"/settings/0/default", "no entry is named \"middle\""},
+                        {"/settings/1/default",
+                         "expected an object {\"a\", \"r\", \"g\", \"b\"} or an array of 4 "
+                         "numbers, not 3 elements"},
+                        {"/settings/2/default/1", "expected a number, not a string"}}));
+    EXPECT_TRUE(other.Empty());
+}
+
 TEST(FilesDescription, TheDocumentedExamplesAreRead) {
     // A relative source path is relative to the build directory of the tests,
     // where this program lies.
