@@ -469,8 +469,8 @@ TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
                   {"/settings/18/default/2", "-1 does not fit U8 (0 to 255)"},
                   {"/settings/19/path", "the section path a/b/c/d/e is deeper than 4 levels"},
                   {"/settings/20/permission", "65536 does not fit a permission (0 to 65535)"},
-                  {"/settings/20/type", "must be a string"},
-                  {"/settings/21", "must be an object"},
+                  {"/settings/20/type", "expected a string, not a number"},
+                  {"/settings/21", "expected an object, not a string"},
               }));
     EXPECT_TRUE(directory.Empty());
     std::vector<SectionId> sections;
@@ -519,10 +519,11 @@ TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
                                    "a literal"}}));
     EXPECT_EQ(read("{\"settings\": [1e999]}"),
               (Problems{{"", "malformed JSON at byte 19: number overflow parsing '1e999'"}}));
-    EXPECT_EQ(read("[]"), (Problems{{"", "must be an object"}}));
+    EXPECT_EQ(read("[]"), (Problems{{"", "expected an object, not an array"}}));
     EXPECT_EQ(read("{}"), (Problems{{"", "settings is missing"}}));
     EXPECT_EQ(read("{\"settings\": {}, \"more\": 1}"),
-              (Problems{{"/more", "unknown key more"}, {"/settings", "must be an array"}}));
+              (Problems{{"/more", "unknown key more"},
+                        {"/settings", "expected an array, not an object"}}));
 
     // Keys given twice, anywhere, each reported.
     EXPECT_EQ(read(Settings(R"({"path": "A/B", "type": "Bool", "type": "String"},

@@ -44,7 +44,7 @@ public:
 
     bool Bool(JsonValue const& value, std::string const& pointer, bool& out) {
         if (Kind::Boolean != value.kind) {
-            Add(pointer, "must be true or false");
+            Add(pointer, ValueForm::Expected("true or false", value));
             return false;
         }
         out = value.boolean;
@@ -53,7 +53,7 @@ public:
 
     bool String(JsonValue const& value, std::string const& pointer, std::string& out) {
         if (Kind::String != value.kind) {
-            Add(pointer, "must be a string");
+            Add(pointer, ValueForm::Expected("a string", value));
             return false;
         }
         out = value.text;
@@ -77,7 +77,7 @@ public:
 
     bool Array(JsonValue const& value, std::string const& pointer) {
         if (Kind::Array != value.kind) {
-            Add(pointer, "must be an array");
+            Add(pointer, ValueForm::Expected("an array", value));
             return false;
         }
         return true;
@@ -85,7 +85,7 @@ public:
 
     bool Object(JsonValue const& value, std::string const& pointer) {
         if (Kind::Object != value.kind) {
-            Add(pointer, "must be an object");
+            Add(pointer, ValueForm::Expected("an object", value));
             return false;
         }
         return true;
