@@ -270,9 +270,10 @@ TEST(FilesDescription, ApplicationEndpointsKeepEveryField) {
                                           {"path": "Net/C", "type": "AppEndpointArray",
                                            "default": ["http://a:1", 7]})"),
                               copy),
-              (Problems{{"/settings/0/default/version", "70000 does not fit a version"},
-                        {"/settings/0/default/port", "unknown key port"},
-                        {"/settings/1/default/1", "must be a URI or an object"}}));
+              (Problems{{"/settings/0/default/port",
+                         "unknown member; expected protocol, version, compatVersion, endpoint, "
+                         "addrGroupPrefix"},
+                        {"/settings/1/default/1", "expected a URI or an object, not a number"}}));
 }
 
 TEST(FilesDescription, ExtremeNumbersAndIdsSurviveTheRoundTrip) {
@@ -445,13 +446,14 @@ TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
                   {"/settings/0/max", "max is below min"},
                   {"/settings/1/type", "unknown type Numeric:U31"},
                   {"/settings/2/path", "Audio/Input/Gain is described twice"},
-                  {"/settings/3/max", "300 does not fit U8"},
-                  {"/settings/4/min", "-1 does not fit U16"},
-                  {"/settings/5/default", "2.5 is not a whole number"},
-                  {"/settings/6/max", "1.8446744073709552e+19 does not fit U64"},
-                  {"/settings/7/max", "1e+300 does not fit Float"},
+                  {"/settings/3/max", "300 does not fit U8 (0 to 255)"},
+                  {"/settings/4/min", "-1 does not fit U16 (0 to 65535)"},
+                  {"/settings/5/default", "expected a whole number for S8, not 2.5"},
+                  {"/settings/6/max",
+                   "18446744073709551616 does not fit U64 (0 to 18446744073709551615)"},
+                  {"/settings/7/max", "1e300 does not fit Float"},
                   {"/settings/8/colour", "unknown key colour"},
-                  {"/settings/9/default", "must be true or false"},
+                  {"/settings/9/default", "expected true or false, not a string"},
                   {"/settings/10/path", "path NoSection needs a section and a name"},
                   {"/settings/11", "path is missing"},
                   {"/settings/12/default", "default has 3 elements; it must have 1 to 2"},
@@ -459,14 +461,16 @@ TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
                   {"/settings/14/default", "default is below min"},
                   {"/settings/15/maxSize", "maxSize is below minSize"},
                   {"/settings/16/children/0/path", "unknown key path"},
-                  {"/settings/16/children/1/max", "128 does not fit S8"},
-                  {"/settings/17/min", "-9.223372036854776e+18 does not fit S64"},
-                  {"/settings/18/default/1", "256 does not fit U8"},
-                  {"/settings/18/default/2", "-1 does not fit U8"},
+                  {"/settings/16/children/1/max", "128 does not fit S8 (-128 to 127)"},
+                  {"/settings/17/min",
+                   "-9223372036854775809 does not fit S64 "
+                   "(-9223372036854775808 to 9223372036854775807)"},
+                  {"/settings/18/default/1", "256 does not fit U8 (0 to 255)"},
+                  {"/settings/18/default/2", "-1 does not fit U8 (0 to 255)"},
                   {"/settings/19/path", "the section path a/b/c/d/e is deeper than 4 levels"},
-                  {"/settings/20/permission", "65536 does not fit a permission"},
-                  {"/settings/20/type", "must be a string"},
-                  {"/settings/21", "must be an object"},
+                  {"/settings/20/permission", "65536 does not fit a permission (0 to 65535)"},
+                  {"/settings/20/type", "expected a string, not a number"},
+                  {"/settings/21", "expected an object, not a string"},
               }));
     EXPECT_TRUE(directory.Empty());
     std::vector<SectionId> sections;
@@ -487,7 +491,7 @@ TEST(FilesDescription, ARefusedFileChangesNothing) {
                     {"path": "Video/Encoder/Rate", "type": "Numeric:U16", "max": 30},
                     {"path": "Video/Encoder/Bad", "type": "Numeric:U16", "max": 70000})"),
                         directory);
-    EXPECT_EQ(problems, (Problems{{"/settings/2/max", "70000 does not fit U16"}}));
+    EXPECT_EQ(problems, (Problems{{"/settings/2/max", "70000 does not fit U16 (0 to 65535)"}}));
     EXPECT_EQ(WriteDescription(directory), before);
     EXPECT_FALSE(directory.FindSection("Video").IsValid());
     EXPECT_FALSE(directory.FindSection("Video/Encoder").IsValid());
@@ -515,26 +519,27 @@ TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
                                    "a literal"}}));
     EXPECT_EQ(read("{\"settings\": [1e999]}"),
               (Problems{{"", "malformed JSON at byte 19: number overflow parsing '1e999'"}}));
-    EXPECT_EQ(read("[]"), (Problems{{"", "must be an object"}}));
+    EXPECT_EQ(read("[]"), (Problems{{"", "expected an object, not an array"}}));
     EXPECT_EQ(read("{}"), (Problems{{"", "settings is missing"}}));
     EXPECT_EQ(read("{\"settings\": {}, \"more\": 1}"),
-              (Problems{{"/more", "unknown key more"}, {"/settings", "must be an array"}}));
+              (Problems{{"/more", "unknown key more"},
+                        {"/settings", "expected an array, not an object"}}));
 
     // Keys given twice, anywhere, each reported.
     EXPECT_EQ(read(Settings(R"({"path": "A/B", "type": "Bool", "type": "String"},
                                {"path": "A/C", "type": "Colour",
                                 "min": {"a": 1, "a": 2}, "path": "A/D"})")),
-              (Problems{{"/settings/0/type", "key type appears twice"},
-                        {"/settings/1/min/a", "key a appears twice"},
-                        {"/settings/1/path", "key path appears twice"}}));
+              (Problems{{"/settings/0/type", "the key appears twice"},
+                        {"/settings/1/min/a", "the key appears twice"},
+                        {"/settings/1/path", "the key appears twice"}}));
 
     // Nesting far beyond any description, without a stack to match it.
     std::string const deep = std::string(200000, '[') + std::string(200000, ']');
-    std::string sixtyFourLevels;
-    for (int i = 0; i < 64; ++i) {
-        sixtyFourLevels += "/0";
+    std::string deepest;
+    for (int i = 0; i < 63; ++i) {
+        deepest += "/0";
     }
-    EXPECT_EQ(read(deep), (Problems{{sixtyFourLevels, "nesting is deeper than 64 levels"}}));
+    EXPECT_EQ(read(deep), (Problems{{deepest, "nested deeper than 64 levels"}}));
 
     // Huge texts are refused or taken, and messages stay short.
     std::string const huge(10 * 1024 * 1024, 'x');
@@ -593,6 +598,59 @@ TEST(FilesDescription, FamilyNamesAreThoseOfTheProgram) {
     EXPECT_FALSE(has("Coordinate:U8"));
     EXPECT_EQ(names.front(), "Bool");
     EXPECT_EQ(names[1], "Numeric:U8");
+}
+
+TEST(FilesDescription, DefaultsTakeTheFormsOfValuesFiles) {
+    InfoItemDirectory directory;
+    ASSERT_EQ(ReadDescription(Settings(R"({"path": "V/Mode", "type": "Enum",
+                                     "table": [{"name": "low", "value": 1},
+                                               {"name": "high", "value": 2}],
+                                     "default": "high"},
+                                    {"path": "V/Tint", "type": "Colour", "min": [0, 0, 0, 0],
+                                     "default": [1, 0.5, 0.25, 0]},
+                                    {"path": "V/Peer", "type": "Endpoint",
+                                     "default": {"address": "10.0.0.1", "port": 80}},
+                                    {"path": "V/Ratio", "type": "Numeric:Float", "min": 0,
+                                     "max": 1, "default": 0.1})"),
+                              directory),
+              Problems());
+    auto const mode = boost::dynamic_pointer_cast<EnumInfo const>(InfoAt(directory, "V/Mode"));
+    ASSERT_NE(mode, nullptr);
+    EXPECT_EQ(mode->GetDefault(), 2);
+    auto const tint = boost::dynamic_pointer_cast<ColourInfo const>(InfoAt(directory, "V/Tint"));
+    ASSERT_NE(tint, nullptr);
+    EXPECT_EQ(tint->GetDefault().a, 1.0f);
+    EXPECT_EQ(tint->GetDefault().g, 0.25f);
+    EXPECT_EQ(tint->GetDefault().b, 0.0f);
+    auto const peer = boost::dynamic_pointer_cast<EndpointInfo const>(InfoAt(directory, "V/Peer"));
+    ASSERT_NE(peer, nullptr);
+    EXPECT_EQ(peer->GetDefault().ToString(), "10.0.0.1:80");
+
+    // Written as values are: the entry by name, a float by its shortest digits.
+    std::string const text = WriteDescription(directory);
+    EXPECT_NE(text.find("\"default\": \"high\""), std::string::npos) << text;
+    EXPECT_NE(text.find("\"default\": 0.1\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\"default\": \"10.0.0.1:80\""), std::string::npos) << text;
+    InfoItemDirectory copy;
+    ASSERT_EQ(ReadDescription(text, copy), Problems());
+    EXPECT_EQ(WriteDescription(copy), text);
+
+    // The values' words for a default that is no value of its family; nothing is added.
+    InfoItemDirectory other;
+    EXPECT_EQ(ReadDescription(Settings(R"({"path": "V/Mode", "type": "Enum",
+                                           "table": [{"name": "low", "value": 1}],
+                                           "default": "middle"},
+                                          {"path": "V/Tint", "type": "Colour",
+                                           "default": [1, 0.5, 0.25]},
+                                          {"path": "V/Ratio", "type": "NumericArray:U8",
+                                           "default": [1, "2"]})"),
+                              other),
+              (Problems{{"/settings/0/default", "no entry is named \"middle\""},
+                        {"/settings/1/default",
+                         "expected an object {\"a\", \"r\", \"g\", \"b\"} or an array of 4 "
+                         "numbers, not 3 elements"},
+                        {"/settings/2/default/1", "expected a number, not a string"}}));
+    EXPECT_TRUE(other.Empty());
 }
 
 TEST(FilesDescription, TheDocumentedExamplesAreRead) {

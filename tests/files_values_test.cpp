@@ -796,6 +796,17 @@ TEST(FilesValues, HostileFilesAreRefusedWholeWithOneProblem) {
         EXPECT_EQ(report.applied, 0u);
         EXPECT_EQ(device.Snapshot(), before);
     }
+    // Every key given twice inside the values is named, and still nothing is applied.
+    Device device;
+    auto const before = device.Snapshot();
+    ValuesReport const report = ReadValues(
+        "{\"Device/Name\": \"a\", \"Device/Colour\": {\"b\": 1, \"r\": 1, \"a\": 2, \"g\": 1, "
+        "\"a\": 1, \"b\": 0}}",
+        device);
+    EXPECT_EQ(report.problems, (Problems{{"/Device~1Colour/a", "the key appears twice"},
+                                         {"/Device~1Colour/b", "the key appears twice"}}));
+    EXPECT_EQ(report.applied, 0u);
+    EXPECT_EQ(device.Snapshot(), before);
 }
 
 TEST(FilesValues, HugeNumbersAndStringsAreRefusedByRangeOrCheckNotWrapped) {

@@ -1,13 +1,11 @@
 #include <legacy/oru/files/description.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <map>
 #include <set>
 #include <string>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -16,6 +14,8 @@
 #include <legacy/oru/oru.h>
 
 #include "families.h"
+#include "valueform.h"
+#include "valuejson.h"
 
 namespace Legacy {
 namespace Oru {
@@ -24,120 +24,10 @@ namespace Files {
 namespace {
 
 using Json = nlohmann::ordered_json;
+using ValueForm::Kind;
 
-// Bounds on hostile input: containers nest at most this deep, and a setting's
-// path is at most this long.
-constexpr std::size_t k_maxDepth = 64;
+// A setting's path is at most this long.
 constexpr std::size_t k_maxPathLength = 1024;
-
-// A text from the file, cut for messages so that a huge input cannot make a
-// huge report.
-std::string Shown(std::string const& text, std::size_t limit = 64) {
-    if (text.size() <= limit) {
-        return text;
-    }
-    // Never inside a UTF-8 sequence.
-    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0u) == 0x80u) {
-        --limit;
-    }
-    return text.substr(0, limit) + "...";
-}
-
-std::string Shown(Json const& value) {
-    return value.is_string() ? Shown(value.get_ref<std::string const&>()) : Shown(value.dump());
-}
-
-// ---- Syntax: malformed text, duplicate keys, nesting ----
-
-// Looks at the token stream before any tree is built: the parser's own error
-// with its byte position, every key given twice in one object, and nesting
-// beyond k_maxDepth.
-class SyntaxCheck : public nlohmann::json_sax<Json> {
-public:
-    explicit SyntaxCheck(Problems& problems) : problems_(problems) {}
-
-    bool null() override { return Value(); }
-    bool boolean(bool) override { return Value(); }
-    bool number_integer(number_integer_t) override { return Value(); }
-    bool number_unsigned(number_unsigned_t) override { return Value(); }
-    bool number_float(number_float_t, string_t const&) override { return Value(); }
-    bool string(string_t&) override { return Value(); }
-    bool binary(binary_t&) override { return Value(); }
-    bool start_object(std::size_t) override { return Open(true); }
-    bool end_object() override { return Close(); }
-    bool start_array(std::size_t) override { return Open(false); }
-    bool end_array() override { return Close(); }
-
-    bool key(string_t& name) override {
-        Frame& frame = frames_.back();
-        frame.token = PointerToken(name);
-        if (!frame.keys.insert(name).second) {
-            problems_.push_back({Pointer(), "key " + Shown(name) + " appears twice"});
-        }
-        return true;
-    }
-
-    bool parse_error(std::size_t position, std::string const&,
-                     nlohmann::detail::exception const& error) override {
-        std::string text = error.what();
-        // "[json.exception.parse_error.101] parse error at line 1, column 5: ..."
-        std::size_t const bracket = text.find("] ");
-        if (bracket != std::string::npos) {
-            text.erase(0, bracket + 2);
-        }
-        std::size_t const column = text.find("column ");
-        std::size_t const colon = text.find(": ");
-        if (text.compare(0, 12, "parse error ") == 0 && column != std::string::npos &&
-            colon != std::string::npos) {
-            text.erase(0, colon + 2);
-        }
-        problems_.push_back(
-            {"", "malformed JSON at byte " + std::to_string(position) + ": " + Shown(text, 200)});
-        return false;
-    }
-
-private:
-    struct Frame {
-        bool object;
-        std::size_t next = 0;
-        std::string token;
-        std::unordered_set<std::string> keys;
-    };
-
-    std::string Pointer() const {
-        std::string pointer;
-        for (Frame const& frame : frames_) {
-            pointer += "/" + frame.token;
-        }
-        return pointer;
-    }
-
-    bool Value() {
-        if (!frames_.empty() && !frames_.back().object) {
-            frames_.back().token = std::to_string(frames_.back().next++);
-        }
-        return true;
-    }
-
-    bool Open(bool object) {
-        Value();
-        if (frames_.size() >= k_maxDepth) {
-            problems_.push_back(
-                {Pointer(), "nesting is deeper than " + std::to_string(k_maxDepth) + " levels"});
-            return false;
-        }
-        frames_.push_back(Frame{object, 0, std::string(), {}});
-        return true;
-    }
-
-    bool Close() {
-        frames_.pop_back();
-        return true;
-    }
-
-    Problems& problems_;
-    std::vector<Frame> frames_;
-};
 
 // ---- Values of members ----
 
@@ -150,111 +40,81 @@ public:
     }
 
     std::size_t Count() const { return problems_.size(); }
+    Problems& All() { return problems_; }
 
-    bool Bool(Json const& value, std::string const& pointer, bool& out) {
-        if (!value.is_boolean()) {
-            Add(pointer, "must be true or false");
+    bool Bool(JsonValue const& value, std::string const& pointer, bool& out) {
+        if (Kind::Boolean != value.kind) {
+            Add(pointer, ValueForm::Expected("true or false", value));
             return false;
         }
-        out = value.get<bool>();
+        out = value.boolean;
         return true;
     }
 
-    bool String(Json const& value, std::string const& pointer, std::string& out) {
-        if (!value.is_string()) {
-            Add(pointer, "must be a string");
+    bool String(JsonValue const& value, std::string const& pointer, std::string& out) {
+        if (Kind::String != value.kind) {
+            Add(pointer, ValueForm::Expected("a string", value));
             return false;
         }
-        out = value.get_ref<std::string const&>();
+        out = value.text;
         return true;
     }
 
-    // A whole number in [0, max] or [min, max] of E, read without a detour
-    // through double, or any number a floating E can hold.
+    // A number of E, by the same rule as the values of settings.
     template <class E>
-    bool Number(Json const& value, std::string const& pointer, E& out, char const* typeName) {
-        if (!value.is_number()) {
-            Add(pointer, "must be a number");
+    bool Number(JsonValue const& value, std::string const& pointer, E& out, char const* typeName) {
+        std::string why;
+        if (!ValueForm::ReadElement(value, out, why, typeName)) {
+            Add(pointer, why);
             return false;
         }
-        if constexpr (std::is_floating_point<E>::value) {
-            double const read = value.get<double>();
-            if (!std::isfinite(read) || std::fabs(read) > std::numeric_limits<E>::max()) {
-                return Misfit(value, pointer, typeName);
-            }
-            out = static_cast<E>(read);
-            return true;
-        } else {
-            if (value.is_number_float()) {
-                double const read = value.get<double>();
-                if (std::isfinite(read) && std::trunc(read) == read) {
-                    return Misfit(value, pointer, typeName);
-                }
-                Add(pointer, Shown(value) + " is not a whole number");
-                return false;
-            }
-            if (value.is_number_unsigned()) {
-                std::uint64_t const read = value.get<std::uint64_t>();
-                if (read > static_cast<std::uint64_t>(std::numeric_limits<E>::max())) {
-                    return Misfit(value, pointer, typeName);
-                }
-                out = static_cast<E>(read);
-                return true;
-            }
-            std::int64_t const read = value.get<std::int64_t>();
-            if (read < 0 && !std::is_signed<E>::value) {
-                return Misfit(value, pointer, typeName);
-            }
-            if (std::is_signed<E>::value &&
-                (read < static_cast<std::int64_t>(std::numeric_limits<E>::lowest()) ||
-                 read > static_cast<std::int64_t>(std::numeric_limits<E>::max()))) {
-                return Misfit(value, pointer, typeName);
-            }
-            out = static_cast<E>(read);
-            return true;
-        }
+        return true;
     }
 
-    bool Size(Json const& value, std::string const& pointer, unsigned long long& out) {
+    bool Size(JsonValue const& value, std::string const& pointer, unsigned long long& out) {
         return Number(value, pointer, out, "a size");
     }
 
-    bool Array(Json const& value, std::string const& pointer) {
-        if (!value.is_array()) {
-            Add(pointer, "must be an array");
+    bool Array(JsonValue const& value, std::string const& pointer) {
+        if (Kind::Array != value.kind) {
+            Add(pointer, ValueForm::Expected("an array", value));
             return false;
         }
         return true;
     }
 
-    bool Object(Json const& value, std::string const& pointer) {
-        if (!value.is_object()) {
-            Add(pointer, "must be an object");
+    bool Object(JsonValue const& value, std::string const& pointer) {
+        if (Kind::Object != value.kind) {
+            Add(pointer, ValueForm::Expected("an object", value));
             return false;
         }
         return true;
     }
 
 private:
-    bool Misfit(Json const& value, std::string const& pointer, char const* typeName) {
-        Add(pointer, Shown(value) + " does not fit " + typeName);
-        return false;
-    }
-
     Problems& problems_;
 };
+
+// The member of an object, or null when absent.
+JsonValue const* Member(JsonValue const& object, char const* key) {
+    for (std::size_t i = 0; i < object.keys.size(); ++i) {
+        if (object.keys[i] == key) {
+            return &object.items[i];
+        }
+    }
+    return nullptr;
+}
 
 // The members of one object that a family reads, each with its pointer.
 class Members {
 public:
-    Members(Json const& object, std::string pointer, Reader& reader)
+    Members(JsonValue const& object, std::string pointer, Reader& reader)
         : object_(object), pointer_(std::move(pointer)), reader_(reader) {}
 
     // The member, or null when absent; marks the key as known.
-    Json const* Get(char const* key) {
+    JsonValue const* Get(char const* key) {
         known_.insert(key);
-        auto const found = object_.find(key);
-        return found == object_.end() ? nullptr : &*found;
+        return Member(object_, key);
     }
 
     std::string PointerOf(std::string const& key) const {
@@ -265,15 +125,15 @@ public:
 
     // Every member no one asked for.
     void RefuseUnknown() {
-        for (auto const& member : object_.items()) {
-            if (known_.count(member.key()) == 0) {
-                reader_.Add(PointerOf(member.key()), "unknown key " + Shown(member.key()));
+        for (std::string const& key : object_.keys) {
+            if (known_.count(key) == 0) {
+                reader_.Add(PointerOf(key), "unknown key " + Shown(key));
             }
         }
     }
 
 private:
-    Json const& object_;
+    JsonValue const& object_;
     std::string pointer_;
     Reader& reader_;
     std::set<std::string> known_;
@@ -284,111 +144,59 @@ char const* ElementName() {
     return NumericTypeText(T::k_numericType);
 }
 
+// A text of the values' form, in the tree the description is written from.
+Json FormJson(std::string const& text) {
+    return Json::parse(text);
+}
+
 template <class E>
 Json NumberJson(E value) {
-    if constexpr (std::is_floating_point<E>::value) {
-        return Json(static_cast<double>(value));
-    } else if constexpr (std::is_signed<E>::value) {
-        return Json(static_cast<std::int64_t>(value));
-    } else {
-        return Json(static_cast<std::uint64_t>(value));
-    }
+    return FormJson(ValueForm::NumberText(value));
 }
 
 Json ColourJson(Vintor::Colour_t const& colour) {
-    Json out = Json::object();
-    out["a"] = static_cast<double>(colour.a);
-    out["r"] = static_cast<double>(colour.r);
-    out["g"] = static_cast<double>(colour.g);
-    out["b"] = static_cast<double>(colour.b);
-    return out;
+    std::string text;
+    ValueForm::AppendColour(text, colour);
+    return FormJson(text);
 }
 
-bool ReadColour(Json const& value, std::string const& pointer, Reader& reader,
+// The default of info in the form of its family's values.
+Json DefaultJson(InfoBase const& info) {
+    ItemPtr const item(info.CreateItem());
+    std::string text;
+    if (!item || !ValueForm::AppendValue(text, *item, &info)) {
+        return Json();
+    }
+    return FormJson(text);
+}
+
+// The default of members as a value of info's family, read by the same
+// functions as the values of settings; null when absent or refused.
+template <class ItemT>
+boost::intrusive_ptr<ItemT> ReadDefault(Members& members, InfoBase const& info,
+                                        JsonValue const* value) {
+    if (!value) {
+        return nullptr;
+    }
+    std::string const pointer = members.PointerOf("default");
+    ValueForm::Sink sink(members.Check().All());
+    ItemPtr const item = ValueForm::ReadItem(*value, info, sink, pointer);
+    sink.EndValue(pointer);
+    return boost::dynamic_pointer_cast<ItemT>(item);
+}
+
+bool ReadColour(JsonValue const& value, std::string const& pointer, Reader& reader,
                 Vintor::Colour_t& out) {
-    if (!reader.Object(value, pointer)) {
-        return false;
-    }
-    Members members(value, pointer, reader);
-    std::size_t const before = reader.Count();
-    float* const fields[] = {&out.a, &out.r, &out.g, &out.b};
-    char const* const names[] = {"a", "r", "g", "b"};
-    for (std::size_t i = 0; i < 4; ++i) {
-        Json const* const field = members.Get(names[i]);
-        if (!field) {
-            reader.Add(pointer, std::string(names[i]) + " is missing");
-        } else {
-            reader.Number(*field, members.PointerOf(names[i]), *fields[i], "Float");
-        }
-    }
-    members.RefuseUnknown();
-    return reader.Count() == before;
-}
-
-// An application endpoint as its URI when that reads back the same, else as
-// an object with every field (a URI has no place for versions or prefix).
-using AppEndpointStr = AppEndpoint<Net::Endpoint<Net::AddrStr>>;
-
-Json AppEndpointJson(AppEndpointStr const& endpoint) {
-    std::string const uri = endpoint.ToUri();
-    if (AppEndpointStr::FromUri(uri) == endpoint) {
-        return Json(uri);
-    }
-    Json out = Json::object();
-    out["protocol"] = static_cast<std::uint32_t>(endpoint.GetAppProtocolType());
-    out["version"] = endpoint.GetAppProtocolVersion();
-    out["compatVersion"] = endpoint.GetAppProtocolCompatVersion();
-    out["endpoint"] = endpoint.GetEndpoint().ToString();
-    out["addrGroupPrefix"] = endpoint.GetAddrGroupPrefix();
-    return out;
-}
-
-bool ReadAppEndpoint(Json const& value, std::string const& pointer, Reader& reader,
-                     AppEndpointStr& out) {
-    if (value.is_string()) {
-        out = AppEndpointStr::FromUri(value.get_ref<std::string const&>());
-        return true;
-    }
-    if (!value.is_object()) {
-        reader.Add(pointer, "must be a URI or an object");
-        return false;
-    }
-    Members members(value, pointer, reader);
-    std::size_t const before = reader.Count();
-    std::uint32_t protocol = 0;
-    unsigned short version = 0;
-    unsigned short compatVersion = 0;
-    unsigned char prefix = 0;
-    std::string endpoint;
-    if (Json const* const field = members.Get("protocol")) {
-        reader.Number(*field, members.PointerOf("protocol"), protocol, "a protocol");
-    }
-    if (Json const* const field = members.Get("version")) {
-        reader.Number(*field, members.PointerOf("version"), version, "a version");
-    }
-    if (Json const* const field = members.Get("compatVersion")) {
-        reader.Number(*field, members.PointerOf("compatVersion"), compatVersion, "a version");
-    }
-    if (Json const* const field = members.Get("addrGroupPrefix")) {
-        reader.Number(*field, members.PointerOf("addrGroupPrefix"), prefix, "a prefix");
-    }
-    if (Json const* const field = members.Get("endpoint")) {
-        reader.String(*field, members.PointerOf("endpoint"), endpoint);
-    }
-    members.RefuseUnknown();
-    if (reader.Count() != before) {
-        return false;
-    }
-    out = AppEndpointStr(
-        AppProtocolInfo_t(static_cast<AppProtocolType_t>(protocol), version, compatVersion),
-        Net::Endpoint<Net::AddrStr>::FromString(endpoint), prefix);
-    return true;
+    ValueForm::Sink sink(reader.All());
+    bool const read = ValueForm::ReadColour(value, out, sink, pointer);
+    sink.EndValue(pointer);
+    return read;
 }
 
 // ---- Each family: its keys written, and read into a fresh Info ----
 
 void Describe(InfoBase const& info, Json& out);
-boost::intrusive_ptr<InfoBase> ReadInfo(Json const& object, std::string const& pointer,
+boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string const& pointer,
                                         Reader& reader, bool child, Family const*& family);
 
 // min, max and default of a scalar, read together so that they are checked
@@ -400,9 +208,9 @@ void ReadScalar(Members& members, NumericInfo<T>& info) {
     E min = info.GetMin();
     E max = info.GetMax();
     E value = info.GetDefault();
-    Json const* const minJson = members.Get("min");
-    Json const* const maxJson = members.Get("max");
-    Json const* const defaultJson = members.Get("default");
+    JsonValue const* const minJson = members.Get("min");
+    JsonValue const* const maxJson = members.Get("max");
+    JsonValue const* const defaultJson = members.Get("default");
     bool ok = true;
     ok = (!minJson || reader.Number(*minJson, members.PointerOf("min"), min, ElementName<T>())) &&
          ok;
@@ -450,7 +258,7 @@ void WriteScalar(NumericInfo<T> const& info, Json& out) {
 // A nested scalar: "x": {"min": 0, "max": 100, "default": 5}.
 template <class T>
 void ReadPart(Members& members, char const* key, NumericInfo<T>& part) {
-    Json const* const value = members.Get(key);
+    JsonValue const* const value = members.Get(key);
     if (!value) {
         return;
     }
@@ -480,7 +288,7 @@ Json CoordinateJson(CoordinateInfo<T> const& info) {
 
 template <class T>
 void ReadCorner(Members& members, char const* key, CoordinateInfo<T>& corner) {
-    Json const* const value = members.Get(key);
+    JsonValue const* const value = members.Get(key);
     if (!value) {
         return;
     }
@@ -501,8 +309,8 @@ bool ReadSizes(Members& members, InfoT& info, unsigned long long& min, unsigned 
     Reader& reader = members.Check();
     min = info.GetMinSize();
     max = info.GetMaxSize();
-    Json const* const minJson = members.Get("minSize");
-    Json const* const maxJson = members.Get("maxSize");
+    JsonValue const* const minJson = members.Get("minSize");
+    JsonValue const* const maxJson = members.Get("maxSize");
     bool ok = true;
     ok = (!minJson || reader.Size(*minJson, members.PointerOf("minSize"), min)) && ok;
     ok = (!maxJson || reader.Size(*maxJson, members.PointerOf("maxSize"), max)) && ok;
@@ -537,7 +345,7 @@ bool DefaultCountFits(Members& members, std::size_t count, unsigned long long mi
 // The elements of an array member, each read by read(value, pointer, out).
 template <class E, class ReadOne>
 bool ReadArray(Members& members, char const* key, std::vector<E>& out, ReadOne readOne) {
-    Json const* const value = members.Get(key);
+    JsonValue const* const value = members.Get(key);
     if (!value) {
         return false;
     }
@@ -547,10 +355,10 @@ bool ReadArray(Members& members, char const* key, std::vector<E>& out, ReadOne r
     }
     bool ok = true;
     out.clear();
-    out.reserve(value->size());
-    for (std::size_t i = 0; i < value->size(); ++i) {
+    out.reserve(value->items.size());
+    for (std::size_t i = 0; i < value->items.size(); ++i) {
         E element{};
-        ok = readOne((*value)[i], pointer + "/" + std::to_string(i), element) && ok;
+        ok = readOne(value->items[i], pointer + "/" + std::to_string(i), element) && ok;
         out.push_back(element);
     }
     return ok;
@@ -562,10 +370,10 @@ struct Writer {
     // An array default whose count lies outside the sizes is an empty one
     // the Info kept; no setter takes it, and left out it stays so when read.
     template <class InfoT>
-    void ArrayDefault(InfoT const& info, Json values) {
+    void ArrayDefault(InfoT const& info) {
         std::size_t const count = info.GetDefault().size();
         if (count >= info.GetMinSize() && count <= info.GetMaxSize()) {
-            out["default"] = std::move(values);
+            out["default"] = DefaultJson(info);
         }
     }
 
@@ -580,11 +388,7 @@ struct Writer {
         out["maxSize"] = info.GetMaxSize();
         out["min"] = NumberJson(info.GetMin());
         out["max"] = NumberJson(info.GetMax());
-        Json values = Json::array();
-        for (auto const element : info.GetDefault()) {
-            values.push_back(NumberJson(element));
-        }
-        ArrayDefault(info, std::move(values));
+        ArrayDefault(info);
     }
 
     template <class T>
@@ -596,7 +400,7 @@ struct Writer {
         out["table"] = std::move(table);
         // With no table the default is the Info's own and no setter takes it.
         if (!info.GetTable().empty()) {
-            out["default"] = NumberJson(info.GetDefault());
+            out["default"] = DefaultJson(info);
         }
     }
 
@@ -622,17 +426,13 @@ struct Writer {
 
     void operator()(BoolInfo const& info) {
         out["fixed"] = info.GetFixed();
-        out["default"] = info.GetDefault();
+        out["default"] = DefaultJson(info);
     }
 
     void operator()(BoolArrayInfo const& info) {
         out["minSize"] = info.GetMinSize();
         out["maxSize"] = info.GetMaxSize();
-        Json values = Json::array();
-        for (bool const flag : info.GetDefault()) {
-            values.push_back(flag);
-        }
-        ArrayDefault(info, std::move(values));
+        ArrayDefault(info);
     }
 
     void operator()(EnumInfo const& info) {
@@ -645,51 +445,46 @@ struct Writer {
             table.push_back(std::move(element));
         }
         out["table"] = std::move(table);
-        out["default"] = info.GetDefault();
+        out["default"] = DefaultJson(info);
         out["localized"] = info.IsLocalized();
     }
 
     void operator()(StringInfo const& info) {
         out["maxLength"] = info.GetMaxLength();
-        out["default"] = info.GetDefault();
+        out["default"] = DefaultJson(info);
     }
 
     void operator()(StringArrayInfo const& info) {
         out["minSize"] = info.GetMinSize();
         out["maxSize"] = info.GetMaxSize();
-        ArrayDefault(info, Json(info.GetDefault()));
+        ArrayDefault(info);
     }
 
     void operator()(StringSparseInfo const& info) {
         out["table"] = info.GetTable();
         if (!info.GetTable().empty()) {
-            out["default"] = info.GetDefault();
+            out["default"] = DefaultJson(info);
         }
     }
 
     void operator()(ColourInfo const& info) {
         out["min"] = ColourJson(info.GetMin());
         out["max"] = ColourJson(info.GetMax());
-        out["default"] = ColourJson(info.GetDefault());
-    }
-
-    void operator()(AddrInfo const& info) { out["default"] = info.GetDefault().ToString(); }
-
-    void operator()(EndpointInfo const& info) { out["default"] = info.GetDefault().ToString(); }
-
-    void operator()(AppEndpointInfo const& info) {
-        out["default"] = AppEndpointJson(info.GetDefault());
+        out["default"] = DefaultJson(info);
     }
 
     void operator()(AppEndpointArrayInfo const& info) {
         out["minSize"] = static_cast<std::uint64_t>(info.GetMinSize());
         out["maxSize"] = static_cast<std::uint64_t>(info.GetMaxSize());
-        Json uris = Json::array();
-        for (auto const& endpoint : info.GetDefault()) {
-            uris.push_back(AppEndpointJson(endpoint));
-        }
-        out["default"] = std::move(uris);
+        out["default"] = DefaultJson(info);
     }
+
+    // The families whose only key is their default.
+    void operator()(AddrInfo const& info) { out["default"] = DefaultJson(info); }
+    void operator()(EndpointInfo const& info) { out["default"] = DefaultJson(info); }
+    void operator()(AppEndpointInfo const& info) { out["default"] = DefaultJson(info); }
+    void operator()(ExtendedInfo const& info) { out["default"] = DefaultJson(info); }
+    void operator()(LocalizedStringInfo const& info) { out["default"] = DefaultJson(info); }
 
     template <class Parent>
     void Children(Parent const& info) {
@@ -706,24 +501,6 @@ struct Writer {
 
     void operator()(CompositeInfo const& info) { Children(info); }
     void operator()(CollectionInfo const& info) { Children(info); }
-
-    void operator()(ExtendedInfo const& info) {
-        Json pair = Json::object();
-        pair["first"] = info.GetDefault().first;
-        pair["second"] = info.GetDefault().second;
-        out["default"] = std::move(pair);
-    }
-
-    void operator()(LocalizedStringInfo const& info) {
-        Json message = Json::object();
-        message["key"] = info.GetDefault().GetKey();
-        Json arguments = Json::array();
-        for (auto const& argument : info.GetDefault().GetArguments()) {
-            arguments.push_back(argument ? argument->GetValAsString() : std::string());
-        }
-        message["arguments"] = std::move(arguments);
-        out["default"] = std::move(message);
-    }
 };
 
 // Reads the family's own keys into info, a fresh Info of the family.
@@ -745,8 +522,8 @@ struct Filler {
         bool const sizes = ReadSizes(members, info, minSize, maxSize);
         E min = info.GetMin();
         E max = info.GetMax();
-        Json const* const minJson = members.Get("min");
-        Json const* const maxJson = members.Get("max");
+        JsonValue const* const minJson = members.Get("min");
+        JsonValue const* const maxJson = members.Get("max");
         bool ok = true;
         ok = (!minJson ||
               reader().Number(*minJson, members.PointerOf("min"), min, ElementName<T>())) &&
@@ -758,24 +535,19 @@ struct Filler {
             reader().Add(members.PointerOf(maxJson ? "max" : "min"), "max is below min");
             ok = false;
         }
-        std::vector<E> values;
-        bool const hasDefault = members.Get("default") != nullptr;
-        bool const valuesOk =
-            ReadArray(members, "default", values,
-                      [this](Json const& value, std::string const& pointer, E& out) {
-                          return reader().Number(value, pointer, out, ElementName<T>());
-                      });
-        if (!sizes || !ok || (hasDefault && !valuesOk)) {
+        JsonValue const* const defaultJson = members.Get("default");
+        auto const values = ReadDefault<NumericArrayItem<T>>(members, info, defaultJson);
+        if (!sizes || !ok || (defaultJson && !values)) {
             return;
         }
-        if (hasDefault && !DefaultCountFits(members, values.size(), minSize, maxSize)) {
+        if (values && !DefaultCountFits(members, values->Val().size(), minSize, maxSize)) {
             return;
         }
         SetSizes(info, minSize, maxSize);
         info.SetMax(max);
         info.SetMin(min);
-        if (hasDefault) {
-            info.SetDefault(values);
+        if (values) {
+            info.SetDefault(values->Val());
         }
     }
 
@@ -784,22 +556,20 @@ struct Filler {
         using E = typename T::Element;
         std::vector<E> table;
         bool const hasTable = members.Get("table") != nullptr;
-        bool const tableOk = ReadArray(
-            members, "table", table, [this](Json const& value, std::string const& pointer, E& out) {
-                return reader().Number(value, pointer, out, ElementName<T>());
-            });
-        E value{};
-        Json const* const defaultJson = members.Get("default");
-        bool const defaultOk =
-            !defaultJson ||
-            reader().Number(*defaultJson, members.PointerOf("default"), value, ElementName<T>());
-        if ((hasTable && !tableOk) || !defaultOk) {
+        bool const tableOk =
+            ReadArray(members, "table", table,
+                      [this](JsonValue const& value, std::string const& pointer, E& out) {
+                          return reader().Number(value, pointer, out, ElementName<T>());
+                      });
+        JsonValue const* const defaultJson = members.Get("default");
+        auto const value = ReadDefault<NumericSparseItem<T>>(members, info, defaultJson);
+        if ((hasTable && !tableOk) || (defaultJson && !value)) {
             return;
         }
         if (hasTable) {
             info.SetTable(table);
         }
-        if (defaultJson && info.SetDefault(value) != 0) {
+        if (value && info.SetDefault(value->GetVal()) != 0) {
             reader().Add(members.PointerOf("default"), "default is not in the table");
         }
     }
@@ -829,67 +599,60 @@ struct Filler {
 
     void operator()(BoolInfo& info) {
         bool flag = false;
-        if (Json const* const fixed = members.Get("fixed")) {
+        if (JsonValue const* const fixed = members.Get("fixed")) {
             if (reader().Bool(*fixed, members.PointerOf("fixed"), flag)) {
                 info.SetFixed(flag);
             }
         }
-        if (Json const* const value = members.Get("default")) {
-            if (reader().Bool(*value, members.PointerOf("default"), flag)) {
-                info.SetDefault(flag);
-            }
+        if (auto const value = ReadDefault<BoolItem>(members, info, members.Get("default"))) {
+            info.SetDefault(value->GetVal());
         }
     }
 
-    void operator()(BoolArrayInfo& info) {
+    // minSize, maxSize and a default whose count lies within them.
+    template <class ItemT, class InfoT>
+    void ReadSizedArray(InfoT& info) {
         unsigned long long minSize = 0;
         unsigned long long maxSize = 0;
         bool const sizes = ReadSizes(members, info, minSize, maxSize);
-        std::vector<bool> values;
-        bool const hasDefault = members.Get("default") != nullptr;
-        std::vector<char> flags;
-        bool const valuesOk =
-            ReadArray(members, "default", flags,
-                      [this](Json const& value, std::string const& pointer, char& out) {
-                          bool flag = false;
-                          bool const read = reader().Bool(value, pointer, flag);
-                          out = flag ? 1 : 0;
-                          return read;
-                      });
-        if (!sizes || (hasDefault && !valuesOk)) {
+        JsonValue const* const defaultJson = members.Get("default");
+        auto const values = ReadDefault<ItemT>(members, info, defaultJson);
+        if (!sizes || (defaultJson && !values)) {
             return;
         }
-        values.assign(flags.begin(), flags.end());
-        if (hasDefault && !DefaultCountFits(members, values.size(), minSize, maxSize)) {
+        if (values && !DefaultCountFits(members, values->Val().size(), minSize, maxSize)) {
             return;
         }
         SetSizes(info, minSize, maxSize);
-        if (hasDefault) {
-            info.SetDefault(values);
+        if (values) {
+            info.SetDefault(values->Val());
         }
     }
+
+    void operator()(BoolArrayInfo& info) { ReadSizedArray<BoolArrayItem>(info); }
+    void operator()(StringArrayInfo& info) { ReadSizedArray<StringArrayItem>(info); }
 
     void operator()(EnumInfo& info) {
         EnumInfo::Table table;
         bool const hasTable = members.Get("table") != nullptr;
         bool const tableOk = ReadArray(
             members, "table", table,
-            [this](Json const& value, std::string const& pointer, ElemType<int>& out) {
+            [this](JsonValue const& value, std::string const& pointer, ElemType<int>& out) {
                 if (!reader().Object(value, pointer)) {
                     return false;
                 }
                 std::size_t const before = reader().Count();
                 Members entry(value, pointer, reader());
-                Json const* const name = entry.Get("name");
-                Json const* const number = entry.Get("value");
-                Json const* const disabled = entry.Get("disabled");
+                JsonValue const* const name = entry.Get("name");
+                JsonValue const* const number = entry.Get("value");
+                JsonValue const* const disabled = entry.Get("disabled");
                 if (name) {
                     reader().String(*name, entry.PointerOf("name"), out.name);
                 }
                 if (!number) {
                     reader().Add(pointer, "value is missing");
                 } else {
-                    reader().Number(*number, entry.PointerOf("value"), out.value, "an enumerator");
+                    reader().Number(*number, entry.PointerOf("value"), out.value, "Enum");
                 }
                 if (disabled) {
                     reader().Bool(*disabled, entry.PointerOf("disabled"), out.disabled);
@@ -897,71 +660,44 @@ struct Filler {
                 entry.RefuseUnknown();
                 return reader().Count() == before;
             });
-        int value = 0;
-        Json const* const defaultJson = members.Get("default");
-        bool const defaultOk =
-            !defaultJson ||
-            reader().Number(*defaultJson, members.PointerOf("default"), value, "an enumerator");
         bool localized = false;
-        Json const* const localizedJson = members.Get("localized");
+        JsonValue const* const localizedJson = members.Get("localized");
         bool const localizedOk =
             !localizedJson ||
             reader().Bool(*localizedJson, members.PointerOf("localized"), localized);
-        if ((hasTable && !tableOk) || !defaultOk || !localizedOk) {
+        JsonValue const* const defaultJson = members.Get("default");
+        if ((hasTable && !tableOk) || !localizedOk) {
             return;
         }
+        // The table first: a default may name one of its entries.
         if (hasTable) {
             info.SetTable(table);
         }
-        if (defaultJson && info.SetDefault(value) != 0) {
+        auto const value = ReadDefault<EnumItem>(members, info, defaultJson);
+        if (value && info.SetDefault(value->GetVal()) != 0) {
             reader().Add(members.PointerOf("default"), "default is not in the table");
         }
     }
 
     void operator()(StringInfo& info) {
         unsigned long long length = info.GetMaxLength();
-        Json const* const lengthJson = members.Get("maxLength");
+        JsonValue const* const lengthJson = members.Get("maxLength");
         bool const lengthOk =
             !lengthJson || reader().Size(*lengthJson, members.PointerOf("maxLength"), length);
-        std::string text;
-        Json const* const defaultJson = members.Get("default");
-        bool const textOk =
-            !defaultJson || reader().String(*defaultJson, members.PointerOf("default"), text);
-        if (!lengthOk || !textOk) {
+        JsonValue const* const defaultJson = members.Get("default");
+        auto const text = ReadDefault<StringItem>(members, info, defaultJson);
+        if (!lengthOk || (defaultJson && !text)) {
             return;
         }
         // A maximum of 0 puts no limit on the default.
-        if (defaultJson && length != 0 && text.size() > length) {
+        if (text && length != 0 && text->Val().size() > length) {
             reader().Add(members.PointerOf("default"),
                          "default is longer than maxLength " + std::to_string(length));
             return;
         }
         info.SetMaxLength(length);
-        if (defaultJson) {
-            info.SetDefault(text);
-        }
-    }
-
-    void operator()(StringArrayInfo& info) {
-        unsigned long long minSize = 0;
-        unsigned long long maxSize = 0;
-        bool const sizes = ReadSizes(members, info, minSize, maxSize);
-        std::vector<std::string> values;
-        bool const hasDefault = members.Get("default") != nullptr;
-        bool const valuesOk =
-            ReadArray(members, "default", values,
-                      [this](Json const& value, std::string const& pointer, std::string& out) {
-                          return reader().String(value, pointer, out);
-                      });
-        if (!sizes || (hasDefault && !valuesOk)) {
-            return;
-        }
-        if (hasDefault && !DefaultCountFits(members, values.size(), minSize, maxSize)) {
-            return;
-        }
-        SetSizes(info, minSize, maxSize);
-        if (hasDefault) {
-            info.SetDefault(values);
+        if (text) {
+            info.SetDefault(text->Val());
         }
     }
 
@@ -970,69 +706,53 @@ struct Filler {
         bool const hasTable = members.Get("table") != nullptr;
         bool const tableOk =
             ReadArray(members, "table", table,
-                      [this](Json const& value, std::string const& pointer, std::string& out) {
+                      [this](JsonValue const& value, std::string const& pointer, std::string& out) {
                           return reader().String(value, pointer, out);
                       });
-        std::string text;
-        Json const* const defaultJson = members.Get("default");
-        bool const textOk =
-            !defaultJson || reader().String(*defaultJson, members.PointerOf("default"), text);
-        if ((hasTable && !tableOk) || !textOk) {
+        JsonValue const* const defaultJson = members.Get("default");
+        auto const text = ReadDefault<StringSparseItem>(members, info, defaultJson);
+        if ((hasTable && !tableOk) || (defaultJson && !text)) {
             return;
         }
         if (hasTable) {
             info.SetTable(table);
         }
-        if (defaultJson && info.SetDefault(text) != 0) {
+        if (text && info.SetDefault(text->Val()) != 0) {
             reader().Add(members.PointerOf("default"), "default is not in the table");
         }
     }
 
     void operator()(ColourInfo& info) {
         Vintor::Colour_t colour;
-        if (Json const* const min = members.Get("min")) {
+        if (JsonValue const* const min = members.Get("min")) {
             if (ReadColour(*min, members.PointerOf("min"), reader(), colour)) {
                 info.SetMin(colour);
             }
         }
-        if (Json const* const max = members.Get("max")) {
+        if (JsonValue const* const max = members.Get("max")) {
             if (ReadColour(*max, members.PointerOf("max"), reader(), colour)) {
                 info.SetMax(colour);
             }
         }
-        if (Json const* const value = members.Get("default")) {
-            if (ReadColour(*value, members.PointerOf("default"), reader(), colour)) {
-                info.SetDefault(colour);
-            }
+        TakeDefault<ColourItem>(info);
+    }
+
+    // The families whose default is their only key.
+    template <class ItemT, class InfoT>
+    void TakeDefault(InfoT& info) {
+        if (auto const value = ReadDefault<ItemT>(members, info, members.Get("default"))) {
+            info.SetDefault(value->Val());
         }
     }
 
-    template <class InfoT, class Convert>
-    void ReadText(InfoT& info, Convert convert) {
-        std::string text;
-        if (Json const* const value = members.Get("default")) {
-            if (reader().String(*value, members.PointerOf("default"), text)) {
-                info.SetDefault(convert(text));
-            }
-        }
-    }
-
-    void operator()(AddrInfo& info) {
-        ReadText(info, [](std::string const& text) { return Net::AddrStr(text); });
-    }
-
-    void operator()(EndpointInfo& info) {
-        ReadText(info, [](std::string const& text) {
-            return Net::Endpoint<Net::AddrStr>::FromString(text);
-        });
-    }
-
-    void operator()(AppEndpointInfo& info) {
-        AppEndpointStr endpoint;
-        if (Json const* const value = members.Get("default")) {
-            if (ReadAppEndpoint(*value, members.PointerOf("default"), reader(), endpoint)) {
-                info.SetDefault(endpoint);
-            }
+    void operator()(AddrInfo& info) { TakeDefault<AddrItem>(info); }
+    void operator()(EndpointInfo& info) { TakeDefault<EndpointItem>(info); }
+    void operator()(AppEndpointInfo& info) { TakeDefault<AppEndpointItem>(info); }
+    void operator()(ExtendedInfo& info) { TakeDefault<ExtendedItem>(info); }
+    void operator()(LocalizedStringInfo& info) {
+        auto const value = ReadDefault<LocalizedStringItem>(members, info, members.Get("default"));
+        if (value) {
+            info.SetDefault(value->GetVal());
         }
     }
 
@@ -1046,21 +766,12 @@ struct Filler {
                 SetSizes(info, minSize, maxSize);
             }
         }
-        AppEndpointArrayInfo::Value_t values;
-        bool const hasDefault = members.Get("default") != nullptr;
-        bool const valuesOk =
-            ReadArray(members, "default", values,
-                      [this](Json const& value, std::string const& pointer, AppEndpointStr& out) {
-                          return ReadAppEndpoint(value, pointer, reader(), out);
-                      });
-        if (hasDefault && valuesOk) {
-            info.SetDefault(values);
-        }
+        TakeDefault<AppEndpointArrayItem>(info);
     }
 
     template <class Parent>
     void Children(Parent& info) {
-        Json const* const children = members.Get("children");
+        JsonValue const* const children = members.Get("children");
         if (!children) {
             return;
         }
@@ -1069,10 +780,10 @@ struct Filler {
             return;
         }
         std::vector<typename Parent::InfoPtr> infos;
-        for (std::size_t i = 0; i < children->size(); ++i) {
+        for (std::size_t i = 0; i < children->items.size(); ++i) {
             Family const* family = nullptr;
-            boost::intrusive_ptr<InfoBase> child =
-                ReadInfo((*children)[i], pointer + "/" + std::to_string(i), reader(), true, family);
+            boost::intrusive_ptr<InfoBase> child = ReadInfo(
+                children->items[i], pointer + "/" + std::to_string(i), reader(), true, family);
             if (child) {
                 infos.push_back(child);
             }
@@ -1082,64 +793,6 @@ struct Filler {
 
     void operator()(CompositeInfo& info) { Children(info); }
     void operator()(CollectionInfo& info) { Children(info); }
-
-    void operator()(ExtendedInfo& info) {
-        Json const* const value = members.Get("default");
-        if (!value) {
-            return;
-        }
-        std::string const pointer = members.PointerOf("default");
-        if (!reader().Object(*value, pointer)) {
-            return;
-        }
-        Members pair(*value, pointer, reader());
-        ExtendedInfo::Pair read;
-        bool ok = true;
-        if (Json const* const first = pair.Get("first")) {
-            ok = reader().String(*first, pair.PointerOf("first"), read.first) && ok;
-        }
-        if (Json const* const second = pair.Get("second")) {
-            ok = reader().String(*second, pair.PointerOf("second"), read.second) && ok;
-        }
-        pair.RefuseUnknown();
-        if (ok) {
-            info.SetDefault(read);
-        }
-    }
-
-    void operator()(LocalizedStringInfo& info) {
-        Json const* const value = members.Get("default");
-        if (!value) {
-            return;
-        }
-        std::string const pointer = members.PointerOf("default");
-        if (!reader().Object(*value, pointer)) {
-            return;
-        }
-        Members message(*value, pointer, reader());
-        std::string key;
-        bool ok = true;
-        if (Json const* const keyJson = message.Get("key")) {
-            ok = reader().String(*keyJson, message.PointerOf("key"), key) && ok;
-        }
-        std::vector<std::string> arguments;
-        bool const hasArguments = message.Get("arguments") != nullptr;
-        ok = (ReadArray(message, "arguments", arguments,
-                        [this](Json const& argument, std::string const& at, std::string& out) {
-                            return reader().String(argument, at, out);
-                        }) ||
-              !hasArguments) &&
-             ok;
-        message.RefuseUnknown();
-        if (!ok) {
-            return;
-        }
-        LocalizedString read(key);
-        for (std::string const& text : arguments) {
-            read.AddArgument(boost::intrusive_ptr<ItemBase const>(StringItem::Create(0, text)));
-        }
-        info.SetDefault(read);
-    }
 };
 
 void Describe(InfoBase const& info, Json& out) {
@@ -1157,7 +810,7 @@ void Describe(InfoBase const& info, Json& out) {
 
 // One Info from its object: the top-level settings carry "path" and "id"
 // (read by the caller), children "name" and "id". Null when it cannot be made.
-boost::intrusive_ptr<InfoBase> ReadInfo(Json const& object, std::string const& pointer,
+boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string const& pointer,
                                         Reader& reader, bool child, Family const*& family) {
     family = nullptr;
     if (!reader.Object(object, pointer)) {
@@ -1168,19 +821,19 @@ boost::intrusive_ptr<InfoBase> ReadInfo(Json const& object, std::string const& p
     unsigned int id = 0;
     unsigned short permission = 0;
     members.Get(child ? "name" : "path");
-    Json const* const idJson = members.Get("id");
+    JsonValue const* const idJson = members.Get("id");
     if (child) {
-        if (Json const* const nameJson = members.Get("name")) {
+        if (JsonValue const* const nameJson = members.Get("name")) {
             reader.String(*nameJson, members.PointerOf("name"), name);
         }
         if (idJson) {
             reader.Number(*idJson, members.PointerOf("id"), id, "an id");
         }
     }
-    if (Json const* const permissionJson = members.Get("permission")) {
+    if (JsonValue const* const permissionJson = members.Get("permission")) {
         reader.Number(*permissionJson, members.PointerOf("permission"), permission, "a permission");
     }
-    Json const* const typeJson = members.Get("type");
+    JsonValue const* const typeJson = members.Get("type");
     std::string typeName;
     if (!typeJson) {
         reader.Add(pointer, "type is missing");
@@ -1197,8 +850,8 @@ boost::intrusive_ptr<InfoBase> ReadInfo(Json const& object, std::string const& p
     boost::intrusive_ptr<InfoBase> info(family->create());
     if (family->type == OruType_t::Enum) {
         // The localized flag is only taken at construction.
-        auto const localized = object.find("localized");
-        if (localized != object.end() && localized->is_boolean() && localized->get<bool>()) {
+        JsonValue const* const localized = Member(object, "localized");
+        if (localized && Kind::Boolean == localized->kind && localized->boolean) {
             info = new EnumInfo(0, std::string(), Permission_t(), true);
         }
     }
@@ -1473,14 +1126,8 @@ struct Planned {
 
 Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) {
     Problems problems;
-    SyntaxCheck syntax(problems);
-    Json::sax_parse(json, &syntax);
-    if (!problems.empty()) {
-        return problems;
-    }
-    Json const document = Json::parse(json, nullptr, false);
-    if (document.is_discarded()) {
-        problems.push_back({"", "malformed JSON"});
+    JsonValue document;
+    if (!ReadJsonValue(json, document, problems)) {
         return problems;
     }
     Reader reader(problems);
@@ -1488,7 +1135,7 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
         return problems;
     }
     Members top(document, "", reader);
-    Json const* const settings = top.Get("settings");
+    JsonValue const* const settings = top.Get("settings");
     top.RefuseUnknown();
     if (!settings) {
         reader.Add("", "settings is missing");
@@ -1501,17 +1148,17 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
     Plan plan(directory);
     std::vector<Planned> planned;
     std::map<std::string, std::size_t> paths;
-    for (std::size_t i = 0; i < settings->size(); ++i) {
-        Json const& object = (*settings)[i];
+    for (std::size_t i = 0; i < settings->items.size(); ++i) {
+        JsonValue const& object = settings->items[i];
         std::string const pointer = "/settings/" + std::to_string(i);
         Family const* family = nullptr;
         boost::intrusive_ptr<InfoBase> info = ReadInfo(object, pointer, reader, false, family);
-        if (!object.is_object()) {
+        if (Kind::Object != object.kind) {
             continue;
         }
-        auto const pathJson = object.find("path");
+        JsonValue const* const pathJson = Member(object, "path");
         std::string path;
-        if (pathJson == object.end()) {
+        if (!pathJson) {
             reader.Add(pointer, "path is missing");
             continue;
         }
@@ -1540,9 +1187,9 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
             continue;
         }
         unsigned int id = 0;
-        auto const idJson = object.find("id");
+        JsonValue const* const idJson = Member(object, "id");
         SectionId section;
-        if (idJson != object.end()) {
+        if (idJson) {
             if (!reader.Number(*idJson, pointer + "/id", id, "an id") ||
                 !plan.SectionOf(id, sectionPath, pointer + "/id", reader, section)) {
                 continue;
@@ -1551,8 +1198,7 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
                    !plan.NextId(section, pathPointer, reader, id)) {
             continue;
         }
-        if (!plan.Claim(id, path, idJson != object.end() ? pointer + "/id" : pathPointer, reader) ||
-            !info) {
+        if (!plan.Claim(id, path, idJson ? pointer + "/id" : pathPointer, reader) || !info) {
             continue;
         }
         planned.push_back(Planned{section, boost::intrusive_ptr<InfoBase>(

@@ -10,6 +10,7 @@
 #include <legacy/oru/oru.h>
 
 #include "families.h"
+#include "valueform.h"
 
 namespace Legacy {
 namespace Oru {
@@ -308,7 +309,7 @@ std::optional<Explanation> Explain(ItemBase const& item,
         // be known, so say which setting and type, without a key.
         std::string const name = info ? info->GetName() : std::string("Unknown");
         return Explanation{LocalizedString(),
-                           "Setting '" + name + "': a value of type " +
+                           ValueForm::Quoted(name) + "a value of type " +
                                BracketedTypeText(item.GetType(), item.GetNumericType()) +
                                " fails its check"};
     }

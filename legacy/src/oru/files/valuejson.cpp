@@ -18,6 +18,9 @@ namespace {
 
 using Json = nlohmann::json;
 
+// Past this many keys given twice a hostile file is refused without more.
+constexpr std::size_t k_maxRepeatedKeys = 20;
+
 // Builds JsonValue trees from the parser's events. Nesting is bounded here,
 // and the parser itself keeps no stack of its own beyond one flag per level,
 // so a hostile file costs at most k_maxJsonDepth levels of anything.
@@ -121,15 +124,14 @@ public:
         } else if (what.compare(0, 1, "[") == 0 && what.find("] ") != std::string::npos) {
             what.erase(0, what.find("] ") + 2);
         }
-        if (what.size() > 160) {
-            what = what.substr(0, 120) + "...";
-        }
-        return Fail("", "malformed JSON at byte " + std::to_string(position) + ": " + what);
+        return Fail("", "malformed JSON at byte " + std::to_string(position) + ": " +
+                            Shown(what, what.size() > 160 ? 120 : 160));
     }
 
     bool Failed() const { return failed_; }
     std::string const& ErrorPointer() const { return errorPointer_; }
     std::string const& Error() const { return error_; }
+    Problems const& Repeated() const { return repeated_; }
 
 private:
     bool IsTopLevel() const { return onMember_ && open_.empty(); }
@@ -191,16 +193,20 @@ private:
         return true;
     }
 
-    // Sorting keeps an object with many members from costing its square.
+    // Every key given twice is noted and the reading goes on, so that a file
+    // is refused with all of them. Sorting keeps an object with many members
+    // from costing its square.
     bool CheckUniqueKeys(JsonValue const& object) {
         std::vector<std::string_view> names(object.keys.begin(), object.keys.end());
         std::sort(names.begin(), names.end());
-        auto const twice = std::adjacent_find(names.begin(), names.end());
-        if (twice == names.end()) {
-            return true;
+        for (auto twice = std::adjacent_find(names.begin(), names.end());
+             twice != names.end() && repeated_.size() < k_maxRepeatedKeys;
+             twice =
+                 std::adjacent_find(std::upper_bound(twice, names.end(), *twice), names.end())) {
+            repeated_.push_back(Problem{PointerHere() + "/" + PointerToken(std::string(*twice)),
+                                        "the key appears twice"});
         }
-        return Fail(PointerHere() + "/" + PointerToken(std::string(*twice)),
-                    "the key appears twice");
+        return true;
     }
 
     // The pointer of the innermost open container.
@@ -237,16 +243,17 @@ private:
     bool failed_ = false;
     std::string errorPointer_;
     std::string error_;
+    Problems repeated_;
 };
 
-bool Run(std::string const& json, TreeBuilder& builder, std::string& errorPointer,
-         std::string& error) {
+bool Run(std::string const& json, TreeBuilder& builder, Problems& problems) {
     bool const parsed = Json::sax_parse(json, &builder);
     if (parsed && !builder.Failed()) {
-        return true;
+        problems = builder.Repeated();
+        return problems.empty();
     }
-    errorPointer = builder.Failed() ? builder.ErrorPointer() : "";
-    error = builder.Failed() ? builder.Error() : "malformed JSON";
+    problems.assign(1, Problem{builder.Failed() ? builder.ErrorPointer() : "",
+                               builder.Failed() ? builder.Error() : "malformed JSON"});
     return false;
 }
 
@@ -275,16 +282,25 @@ char const* KindName(JsonValue::Kind kind) {
 bool ReadJsonMembers(std::string const& json,
                      std::function<bool(std::string const& key, JsonValue& value,
                                         std::string& refusal)> const& onMember,
-                     std::string& errorPointer, std::string& error) {
+                     Problems& problems) {
     TreeBuilder builder(&onMember, nullptr);
-    return Run(json, builder, errorPointer, error);
+    return Run(json, builder, problems);
 }
 
-bool ReadJsonValue(std::string const& json, JsonValue& out, std::string& errorPointer,
-                   std::string& error) {
+bool ReadJsonValue(std::string const& json, JsonValue& out, Problems& problems) {
     out = JsonValue();
     TreeBuilder builder(nullptr, &out);
-    return Run(json, builder, errorPointer, error);
+    return Run(json, builder, problems);
+}
+
+std::string Shown(std::string const& text, std::size_t limit) {
+    if (text.size() <= limit) {
+        return text;
+    }
+    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0u) == 0x80u) {
+        --limit;
+    }
+    return text.substr(0, limit) + "...";
 }
 
 void AppendJsonString(std::string& out, std::string const& text) {

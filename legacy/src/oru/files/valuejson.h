@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include <legacy/oru/files/problem.h>
+
 namespace Legacy {
 namespace Oru {
 namespace Files {
@@ -53,17 +55,20 @@ constexpr std::size_t k_maxJsonDepth = 64;
 // onMember as soon as its value is complete, in file order; onMember may
 // refuse the whole file by answering false with a message in refusal (the
 // caller knows its members and so finds repeated keys at less cost). False,
-// with the message in error and its pointer in errorPointer, when the file is
-// no JSON, is not an object, nests too deep, repeats a key inside a value, or
-// was refused; members already handed over are then to be forgotten.
+// with the problem in problems, when the file is no JSON, is not an object,
+// nests too deep, or was refused; false with one problem for each key given
+// twice inside a value; members already handed over are then to be forgotten.
 bool ReadJsonMembers(std::string const& json,
                      std::function<bool(std::string const& key, JsonValue& value,
                                         std::string& refusal)> const& onMember,
-                     std::string& errorPointer, std::string& error);
+                     Problems& problems);
 
 // Reads a text that must be exactly one JSON value, with the same refusals.
-bool ReadJsonValue(std::string const& json, JsonValue& out, std::string& errorPointer,
-                   std::string& error);
+bool ReadJsonValue(std::string const& json, JsonValue& out, Problems& problems);
+
+// A text from a file cut to about limit bytes for messages, never inside a
+// UTF-8 sequence, so that a huge input cannot make a huge report.
+std::string Shown(std::string const& text, std::size_t limit = 64);
 
 // The JSON string of text, quoted and escaped; bytes that are no UTF-8 become
 // U+FFFD, since a JSON text cannot carry them.
