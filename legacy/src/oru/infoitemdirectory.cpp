@@ -2,6 +2,8 @@
 
 #include <legacy/oru/infoitemdirectorydelta.h>
 
+#include <typeinfo>
+
 namespace Legacy {
 namespace Oru {
 
@@ -16,14 +18,38 @@ int const kMismatch = -41;
 // so that a lookup by path allocates nothing once they hold the longest
 // section path seen. Nothing a lookup calls can start another lookup while
 // they are in use.
+// Initial-exec: the general model makes each access a call into the dynamic
+// loader, on the hottest path of the directory.
 std::string& SectionScratch() {
-    thread_local std::string scratch;
+    thread_local std::string scratch __attribute__((tls_model("initial-exec")));
     return scratch;
 }
 
 std::string& InfoScratch() {
-    thread_local std::string scratch;
+    thread_local std::string scratch __attribute__((tls_model("initial-exec")));
     return scratch;
+}
+
+using IdPosition = InfoItemHolderMap::IdMap::const_iterator;
+
+// The entry of `id` in the id map, found by stepping once from `at` when the
+// ids come in the map's order (a section's ids are adjacent), else by a full
+// lookup; `end` when absent. `at` is `end` before the first call.
+IdPosition NextOrFind(InfoItemHolderMap& map, IdPosition at, IdPosition end, unsigned int id) {
+    if (at != end) {
+        ++at;
+        if (at != end && at->first == id) {
+            return at;
+        }
+    }
+    auto const found = map.Find(id);
+    return found.first ? found.second : end;
+}
+
+// True when the change hooks are this class's own, which do nothing: no
+// hook can then change the directory while a bulk operation walks it.
+bool PlainHooks(InfoItemDirectory const& directory) {
+    return typeid(directory) == typeid(InfoItemDirectory);
 }
 
 }  // namespace
@@ -128,13 +154,18 @@ int InfoItemDirectory::SetItem(boost::intrusive_ptr<ItemHolder const> const& ite
     if (!slot) {
         return kAbsent;
     }
-    boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
-    boost::intrusive_ptr<ItemHolder const> const oldItem = holder->GetItemHolder();
-    InfoBase const& info = *holder->GetInfoHolder()->GetInfo();
-    if (replacement.GetId() != info.GetId() || replacement.GetType() != info.GetType() ||
-        replacement.GetNumericType() != info.GetNumericType()) {
+    InfoBase const& present = *(*slot)->GetInfoHolder()->GetInfo();
+    if (replacement.GetId() != present.GetId() || replacement.GetType() != present.GetType() ||
+        replacement.GetNumericType() != present.GetNumericType()) {
         return kMismatch;
     }
+    if (PlainHooks(*this)) {
+        (*slot)->SetItemHolder(item);
+        return kOk;
+    }
+    // A hook gets the old Item and the slot, kept alive whatever it does.
+    boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
+    boost::intrusive_ptr<ItemHolder const> const oldItem = holder->GetItemHolder();
     holder->SetItemHolder(item);
     ItemChanged_(oldItem, holder);
     return kOk;
@@ -167,8 +198,13 @@ boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(std::string c
 
 boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(
     std::string const& sectionName, std::string const& infoName) const {
-    auto const slot = FindSlot_(sectionName, infoName);
-    return slot ? slot->GetItemHolder() : boost::intrusive_ptr<ItemHolder const>();
+    InfoItemSectionId id;
+    if (sectionName.empty() || infoName.empty() ||
+        sectionMap_->FindInfo(sectionName, infoName, id) < 0) {
+        return boost::intrusive_ptr<ItemHolder const>();
+    }
+    auto const* slot = FindSlot_(static_cast<unsigned int>(id));
+    return slot ? (*slot)->GetItemHolder() : boost::intrusive_ptr<ItemHolder const>();
 }
 
 boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
@@ -197,17 +233,21 @@ int InfoItemDirectory::CollectIn_(InfoItemSectionId const& id, std::vector<Holde
                                   Pick pick) const {
     // The ids of one walk, in a per-thread vector that keeps its capacity:
     // nothing that a walk calls starts another.
-    thread_local std::vector<unsigned int> ids;
+    thread_local std::vector<unsigned int> ids __attribute__((tls_model("initial-exec")));
     ids.clear();
     int const result = sectionMap_->GetInfos(id, ids);
     if (result < 0) {
         return result;
     }
     out.reserve(out.size() + ids.size());
+    // The ids of one section are adjacent in the id map: one lookup per
+    // section, then a step per setting.
+    IdPosition const end = holderMap_->IterEnd().position_;
+    IdPosition at = end;
     for (unsigned int const infoId : ids) {
-        auto const* slot = FindSlot_(infoId);
-        if (slot) {
-            Holder picked = pick(**slot);
+        at = NextOrFind(*holderMap_, at, end, infoId);
+        if (at != end) {
+            Holder picked = pick(*at->second);
             if (picked) {
                 out.push_back(std::move(picked));
             }
@@ -269,11 +309,38 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
     if (!updateItems) {
         return kOk;
     }
-    for (auto const& entry : delta->GetItemHolderPtrMap_addMod()) {
-        int const result = SetItem(entry.second);
-        if (result < 0) {
-            return result;
+    auto const& items = delta->GetItemHolderPtrMap_addMod();
+    if (!PlainHooks(*this)) {
+        // A hook may change the directory between two Items: each is looked
+        // up afresh.
+        for (auto const& entry : items) {
+            int const result = SetItem(entry.second);
+            if (result < 0) {
+                return result;
+            }
         }
+        return kOk;
+    }
+    // The change set is sorted by id, as the id map is: walk both in step,
+    // with the checks and codes of SetItem.
+    IdPosition const end = holderMap_->IterEnd().position_;
+    IdPosition at = end;
+    for (auto const& entry : items) {
+        if (!entry.second) {
+            return kNullPointer;
+        }
+        ItemBase const& replacement = *entry.second->GetItem();
+        at = NextOrFind(*holderMap_, at, end, replacement.GetId());
+        if (at == end) {
+            return kAbsent;
+        }
+        InfoItemHolder& slot = *at->second;
+        InfoBase const& present = *slot.GetInfoHolder()->GetInfo();
+        if (replacement.GetId() != present.GetId() || replacement.GetType() != present.GetType() ||
+            replacement.GetNumericType() != present.GetNumericType()) {
+            return kMismatch;
+        }
+        slot.SetItemHolder(entry.second);
     }
     return kOk;
 }

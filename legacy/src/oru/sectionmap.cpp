@@ -46,7 +46,7 @@ void SplitStep(std::string_view name, std::string_view& head, std::string_view& 
 // once it has seen its longest name; nothing a walk calls starts another.
 template <class Children>
 int WalkPath(SectionMapElement const*& node, std::string_view path, Children children) {
-    thread_local std::string head;
+    thread_local std::string head __attribute__((tls_model("initial-exec")));
     while (!path.empty()) {
         std::string_view component;
         SplitStep(path, component, path);
