@@ -53,7 +53,9 @@ int WalkPath(SectionMapElement const*& node, std::string_view path, Children chi
         if (component.empty()) {
             return kMalformed;
         }
-        head.assign(component.data(), component.size());
+        // clear and append: cheaper than assign, which allows for overlap.
+        head.clear();
+        head.append(component.data(), component.size());
         auto const& byName = (*node).*children;
         auto const found = byName.find(head);
         if (found == byName.end()) {
