@@ -333,14 +333,24 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
     // with the checks and codes of SetItem.
     IdPosition const end = holderMap_->IterEnd().position_;
     IdPosition at = end;
-    for (auto const& entry : items) {
-        if (!entry.second) {
+    for (auto entry = items.begin(); entry != items.end(); ++entry) {
+        if (!entry->second) {
             return kNullPointer;
         }
-        ItemBase const& replacement = *entry.second->GetItem();
+        ItemBase const& replacement = *entry->second->GetItem();
         at = NextOrFind(*holderMap_, at, end, replacement.GetId());
         if (at == end) {
             return kAbsent;
+        }
+        // The walk waits on memory, not on instructions: ask for the next
+        // Item and the next slot while this one is checked.
+        auto const nextEntry = std::next(entry);
+        if (nextEntry != items.end() && nextEntry->second) {
+            __builtin_prefetch(nextEntry->second->GetItem().get());
+        }
+        IdPosition const nextSlot = std::next(at);
+        if (nextSlot != end) {
+            __builtin_prefetch(nextSlot->second.get());
         }
         InfoItemHolder& slot = *at->second;
         InfoBase const& present = *slot.GetInfoHolder()->GetInfo();
@@ -348,7 +358,7 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
             replacement.GetNumericType() != present.GetNumericType()) {
             return kMismatch;
         }
-        slot.SetItemHolder(entry.second);
+        slot.SetItemHolder(entry->second);
     }
     return kOk;
 }
