@@ -192,7 +192,8 @@ void BM_ScaleUpdateFromDelta_StdMap(benchmark::State& state) {
 void BM_ScaleUpdateFromDelta_ScatteredMap(benchmark::State& state) {
     SettingsTree& s = Bench::SharedTree(state.range(0));
     double bytes = 0;
-    UpdateMap(state, "ScatteredMap", s.ScatteredById(bytes), s, bytes);
+    auto& map = s.ScatteredById(bytes);
+    UpdateMap(state, "ScatteredMap", map, s, bytes);
 }
 
 }  // namespace
