@@ -102,6 +102,24 @@ private:
     std::string name_;
 };
 
+// Setup inside a timed loop: neither timed nor counted.
+class Paused {
+public:
+    explicit Paused(benchmark::State& state) : state_(state) {
+        state_.PauseTiming();
+        CALLGRIND_TOGGLE_COLLECT;
+    }
+    ~Paused() {
+        CALLGRIND_TOGGLE_COLLECT;
+        state_.ResumeTiming();
+    }
+    Paused(Paused const&) = delete;
+    Paused& operator=(Paused const&) = delete;
+
+private:
+    benchmark::State& state_;
+};
+
 }  // namespace Bench
 
 void* operator new(std::size_t size) {

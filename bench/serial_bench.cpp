@@ -2,9 +2,14 @@
 // ItemBase::Deserialize of four shapes beside SerializeToString and
 // ParseFromArray. Each side makes a fresh owned buffer per record (Oru's
 // payload, protobuf's string) and a fresh object per read (Oru's Item from the
-// dispatch, a protobuf message on the stack). Counters: records per second,
+// dispatch on the heap; a protobuf message on the stack and, the same work as
+// Oru's, on the heap). The array shape also runs against a protobuf `bytes`
+// field and against the floors of any decoder: memcpy, a byte-swapping copy,
+// and allocate + byte-swapping copy + free. Counters: records per second,
 // heap allocations per record, bytes on the wire.
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -59,6 +64,20 @@ std::uint16_t ArrayElement(std::size_t i) {
 
 struct U16ArrayShape {
     static char const* Name() { return "U16Array1000"; }
+    using BytesMessage = orubench::U16ArrayBytesSetting;
+    // Big-endian, as an Oru record holds them.
+    static BytesMessage MakeBytesMessage() {
+        BytesMessage message;
+        message.set_id(k_id);
+        std::string bytes;
+        for (std::size_t i = 0; i < 1000; ++i) {
+            std::uint16_t const value = ArrayElement(i);
+            bytes.push_back(static_cast<char>(value >> 8));
+            bytes.push_back(static_cast<char>(value & 0xFF));
+        }
+        message.set_values(bytes);
+        return message;
+    }
     static ItemPtr MakeItem() {
         std::vector<std::uint16_t> values;
         for (std::size_t i = 0; i < 1000; ++i) {
@@ -263,11 +282,149 @@ void BM_Deserialize_Protobuf(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
-#define ORU_SERIAL_BENCHMARKS(Shape)                  \
-    BENCHMARK_TEMPLATE(BM_Serialize_Oru, Shape);      \
-    BENCHMARK_TEMPLATE(BM_Serialize_Protobuf, Shape); \
-    BENCHMARK_TEMPLATE(BM_Deserialize_Oru, Shape);    \
-    BENCHMARK_TEMPLATE(BM_Deserialize_Protobuf, Shape)
+// The same parse into a message on the heap, made and freed per read: the
+// work Oru's dispatch does, whose Item lives on the heap.
+template <class Shape>
+void BM_DeserializeHeap_Protobuf(benchmark::State& state) {
+    auto const original = Shape::MakeMessage();
+    using Message = typename std::remove_const<decltype(original)>::type;
+    std::string const bytes = original.SerializeAsString();
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state,
+                                              Label("DeserializeHeap", "Protobuf", Shape::Name()));
+        for (auto _ : state) {
+            std::unique_ptr<Message> message(new Message());
+            bool const done = message->ParseFromArray(bytes.data(), static_cast<int>(bytes.size()));
+            benchmark::DoNotOptimize(done);
+            benchmark::DoNotOptimize(message.get());
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.SetItemsProcessed(state.iterations());
+}
+
+// The array as a `bytes` field: written and read as one block.
+template <class Shape>
+void BM_Serialize_ProtobufBytes(benchmark::State& state) {
+    auto const message = Shape::MakeBytesMessage();
+    std::uint64_t size = 0;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state,
+                                              Label("Serialize", "ProtobufBytes", Shape::Name()));
+        for (auto _ : state) {
+            std::string out;
+            bool const done = message.SerializeToString(&out);
+            benchmark::DoNotOptimize(done);
+            benchmark::DoNotOptimize(out.data());
+            size = out.size();
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.counters["bytes"] = static_cast<double>(size);
+    state.SetItemsProcessed(state.iterations());
+}
+
+template <class Shape>
+void BM_Deserialize_ProtobufBytes(benchmark::State& state) {
+    using Message = typename Shape::BytesMessage;
+    std::string const bytes = Shape::MakeBytesMessage().SerializeAsString();
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state,
+                                              Label("Deserialize", "ProtobufBytes", Shape::Name()));
+        for (auto _ : state) {
+            Message message;
+            bool const done = message.ParseFromArray(bytes.data(), static_cast<int>(bytes.size()));
+            benchmark::DoNotOptimize(done);
+            benchmark::DoNotOptimize(message);
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.SetItemsProcessed(state.iterations());
+}
+
+// The floors of reading or writing 1,000 big-endian 16-bit numbers: what no
+// decoder of this layout can go below.
+std::vector<unsigned char> ArrayWire() {
+    std::vector<unsigned char> wire;
+    for (std::size_t i = 0; i < 1000; ++i) {
+        std::uint16_t const value = ArrayElement(i);
+        wire.push_back(static_cast<unsigned char>(value >> 8));
+        wire.push_back(static_cast<unsigned char>(value & 0xFF));
+    }
+    return wire;
+}
+
+void SwapCopy(std::uint16_t* out, unsigned char const* in, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint16_t value;
+        std::memcpy(&value, in + 2 * i, sizeof value);
+        out[i] = __builtin_bswap16(value);
+    }
+}
+
+void BM_Floor_Memcpy(benchmark::State& state) {
+    std::vector<unsigned char> const wire = ArrayWire();
+    std::vector<std::uint16_t> out(1000);
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, "Floor/Memcpy/U16Array1000");
+        for (auto _ : state) {
+            benchmark::DoNotOptimize(wire.data());
+            std::memcpy(out.data(), wire.data(), wire.size());
+            benchmark::DoNotOptimize(out.data());
+            benchmark::ClobberMemory();
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_Floor_Memcpy);
+
+void BM_Floor_SwapCopy(benchmark::State& state) {
+    std::vector<unsigned char> const wire = ArrayWire();
+    std::vector<std::uint16_t> out(1000);
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, "Floor/SwapCopy/U16Array1000");
+        for (auto _ : state) {
+            benchmark::DoNotOptimize(wire.data());
+            SwapCopy(out.data(), wire.data(), 1000);
+            benchmark::DoNotOptimize(out.data());
+            benchmark::ClobberMemory();
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_Floor_SwapCopy);
+
+void BM_Floor_AllocSwapFree(benchmark::State& state) {
+    std::vector<unsigned char> const wire = ArrayWire();
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, "Floor/AllocSwapFree/U16Array1000");
+        for (auto _ : state) {
+            benchmark::DoNotOptimize(wire.data());
+            std::unique_ptr<std::uint16_t[]> const out(new std::uint16_t[1000]);
+            SwapCopy(out.get(), wire.data(), 1000);
+            benchmark::DoNotOptimize(out.get());
+            benchmark::ClobberMemory();
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_Floor_AllocSwapFree);
+
+#define ORU_SERIAL_BENCHMARKS(Shape)                    \
+    BENCHMARK_TEMPLATE(BM_Serialize_Oru, Shape);        \
+    BENCHMARK_TEMPLATE(BM_Serialize_Protobuf, Shape);   \
+    BENCHMARK_TEMPLATE(BM_Deserialize_Oru, Shape);      \
+    BENCHMARK_TEMPLATE(BM_Deserialize_Protobuf, Shape); \
+    BENCHMARK_TEMPLATE(BM_DeserializeHeap_Protobuf, Shape)
 
 ORU_SERIAL_BENCHMARKS(U32Shape);
 BENCHMARK_TEMPLATE(BM_DeserializeInPlace_Oru, U32Shape);
@@ -275,6 +432,8 @@ BENCHMARK_TEMPLATE(BM_DeserializeInPlace_Oru, StringShape);
 BENCHMARK_TEMPLATE(BM_DeserializeInPlace_Oru, U16ArrayShape);
 ORU_SERIAL_BENCHMARKS(StringShape);
 ORU_SERIAL_BENCHMARKS(U16ArrayShape);
+BENCHMARK_TEMPLATE(BM_Serialize_ProtobufBytes, U16ArrayShape);
+BENCHMARK_TEMPLATE(BM_Deserialize_ProtobufBytes, U16ArrayShape);
 ORU_SERIAL_BENCHMARKS(CompositeShape);
 
 }  // namespace

@@ -1,7 +1,11 @@
 // The settings every directory benchmark runs on, built once per size and
 // shared: a few top-level sections, each three levels deep, with numeric
 // settings spread over the leaf sections, and the same settings in what a
-// team would use instead (plain maps, a Boost.PropertyTree).
+// team would use instead (plain maps, a Boost.PropertyTree of the same Item
+// handles). The plain maps come twice: packed (nothing else allocated while
+// they grow, so their nodes sit side by side) and scattered (each node
+// between other allocations, as a program that builds its settings among
+// its other work has them, and as the directory's own nodes are).
 #ifndef ORU_BENCH_SETTINGS_TREE_H
 #define ORU_BENCH_SETTINGS_TREE_H
 
@@ -26,7 +30,19 @@ namespace Bench {
 using Legacy::Oru::InfoItemDirectory;
 using Legacy::Oru::InfoItemSectionId;
 using ItemPtr = boost::intrusive_ptr<Legacy::Oru::ItemHolder const>;
-using PropertyTree = boost::property_tree::ptree;
+using PropertyTree = boost::property_tree::basic_ptree<std::string, ItemPtr>;
+
+// Where the directory's bytes per setting go, and what the documented
+// structures cannot do without: one holder, one node in each of the id map
+// and the name map, one node in each of the section's two maps of Infos.
+struct DirectoryBytes {
+    double holder = 0;
+    double idMap = 0;
+    double nameMap = 0;
+    double sectionMap = 0;
+    double floor = 0;
+    double Total() const { return holder + idMap + nameMap + sectionMap; }
+};
 
 // "Audio/Unit3/Group1/Gain42": four top-level sections, `fanOut` units under
 // each and `fanOut` groups under each unit; settings go round the leaf groups,
@@ -40,50 +56,72 @@ public:
                                               "Enable", "Threshold", "Delay"};
         std::size_t const fanOut = std::max<std::size_t>(
             1, static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(count) / 512.0))));
-        // Sections and Infos, then the Items outside the measured scopes (the
-        // plain maps share them), then SetItem: the directory's bytes per
-        // setting are its bookkeeping, to compare with the maps' nodes.
-        AllocationScope const structureBytes;
+        // The caller's Infos, holders and the benchmark's own vectors are
+        // made outside the measured scopes: the bytes per setting are what
+        // the directory allocates (sections, holders, maps), split by
+        // structure, beside the floor of its documented layout.
         std::vector<SectionId> leaves;
         std::vector<std::string> leafNames;
+        leaves.reserve(4 * fanOut * fanOut);
+        leafNames.reserve(4 * fanOut * fanOut);
+        idsInOrder_.reserve(count);
+        pathsInOrder_.reserve(count);
+        items_.reserve(count);
+        ids.reserve(count);
+        paths.reserve(count);
+        replacements.reserve(count);
         for (char const* top : k_top) {
             for (std::size_t unit = 0; unit < fanOut; ++unit) {
                 std::string const unitName = std::string(top) + "/Unit" + std::to_string(unit);
                 for (std::size_t group = 0; group < fanOut; ++group) {
-                    std::string const name = unitName + "/Group" + std::to_string(group);
-                    SectionId leaf;
-                    dir.AddSection(name, leaf);
-                    leaves.push_back(leaf);
-                    leafNames.push_back(name);
+                    leafNames.push_back(unitName + "/Group" + std::to_string(group));
                 }
             }
         }
+        leafNames_ = leafNames;
+        std::int64_t sections = 0;
+        {
+            SectionId scratch;
+            AllocationScope const sectionBytes;
+            for (std::string const& name : leafNames) {
+                dir.AddSection(name, scratch);
+            }
+            sections = sectionBytes.Bytes();
+        }
+        for (std::string const& name : leafNames) {
+            leaves.push_back(dir.FindSection(name));
+        }
+        std::vector<boost::intrusive_ptr<InfoHolder const>>& infos = infos_;
+        infos.reserve(count);
         for (std::size_t i = 0; i < count; ++i) {
             std::size_t const leaf = i % leaves.size();
             std::size_t const number = i / leaves.size();
             unsigned int const id = leaves[leaf].GetInfoItemSectionId().CreateInfoItemId(number);
             std::string const name = k_kinds[number % 6] + std::to_string(number);
-            dir.AddInfo(boost::intrusive_ptr<InfoHolder const>(
-                new InfoHolder(boost::intrusive_ptr<InfoBase>(
-                    new NumericInfo<U32Traits>(id, name, Permission_t(3))))));
+            infos.emplace_back(new InfoHolder(boost::intrusive_ptr<InfoBase>(
+                new NumericInfo<U32Traits>(id, name, Permission_t(3)))));
             idsInOrder_.push_back(id);
             pathsInOrder_.push_back(leafNames[leaf] + "/" + name);
         }
-        std::int64_t const structure = structureBytes.Bytes();
+        AllocationScope const infoBytes;
+        for (auto const& info : infos) {
+            dir.AddInfo(info);
+        }
+        std::int64_t const added = infoBytes.Bytes();
+        MeasureSplit(infos, sections, added);
         {
             AllocationScope const itemBytes;
             for (std::size_t i = 0; i < count; ++i) {
                 items_.emplace_back(new ItemHolder(boost::intrusive_ptr<ItemBase>(
                     NumericItem<U32Traits>::Create(idsInOrder_[i], static_cast<unsigned int>(i)))));
             }
-            itemBytes_ =
-                itemBytes.Bytes() - static_cast<std::int64_t>(items_.capacity() * sizeof(ItemPtr));
+            itemBytes_ = itemBytes.Bytes();
         }
         AllocationScope const setBytes;
         for (std::size_t i = 0; i < count; ++i) {
             dir.SetItem(items_[i]);
         }
-        directoryBytes_ = structure + setBytes.Bytes();
+        directoryBytes_ = sections + added + setBytes.Bytes();
         // The section whose subtree FindItems walks: the first unit of "Audio".
         subtree_ = dir.FindSection("Audio/Unit0");
         subtreePath_ = "Audio/Unit0";
@@ -111,6 +149,13 @@ public:
     double ItemBytesPerSetting() const {
         return static_cast<double>(itemBytes_) / static_cast<double>(count_);
     }
+    DirectoryBytes const& Split() const { return split_; }
+    // The caller's Infos in the order AddInfo took them, and the leaf
+    // sections' paths, to build the same directory again.
+    std::vector<boost::intrusive_ptr<Legacy::Oru::InfoHolder const>> const& Infos() const {
+        return infos_;
+    }
+    std::vector<std::string> const& LeafNames() const { return leafNames_; }
     // The section FindItems walks, and its path.
     Legacy::Oru::SectionId const& Subtree() const { return subtree_; }
     std::string const& SubtreePath() const { return subtreePath_; }
@@ -128,6 +173,26 @@ public:
         }
         bytesPerSetting = static_cast<double>(byIdBytes_) / static_cast<double>(count_);
         return *byId_;
+    }
+    // The same map, each node allocated between blocks of other sizes that
+    // stay: its nodes lie apart in memory, as in a program that builds it
+    // among its other work.
+    std::map<unsigned int, ItemPtr>& ScatteredById(double& bytesPerSetting) {
+        if (!scatteredById_) {
+            std::mt19937 random(7);
+            std::uniform_int_distribution<std::size_t> sizes(16, 96);
+            scatteredById_.reset(new std::map<unsigned int, ItemPtr>());
+            std::int64_t bytes = 0;
+            for (std::size_t i = 0; i < count_; ++i) {
+                AllocationScope const node;
+                scatteredById_->emplace(idsInOrder_[i], items_[i]);
+                bytes += node.Bytes();
+                clutter_.emplace_back(new char[sizes(random)]);
+            }
+            scatteredByIdBytes_ = bytes;
+        }
+        bytesPerSetting = static_cast<double>(scatteredByIdBytes_) / static_cast<double>(count_);
+        return *scatteredById_;
     }
     std::unordered_map<unsigned int, ItemPtr> const& HashedById(double& bytesPerSetting) {
         if (!hashedById_) {
@@ -165,13 +230,14 @@ public:
         bytesPerSetting = static_cast<double>(hashedByPathBytes_) / static_cast<double>(count_);
         return *hashedByPath_;
     }
-    // A property tree holds text, not Items: each leaf holds the value's text.
+    // A property tree whose leaves hold the same Item handles.
     PropertyTree const& Tree(double& bytesPerSetting) {
         if (!tree_) {
             AllocationScope const bytes;
             tree_.reset(new PropertyTree());
             for (std::size_t i = 0; i < count_; ++i) {
-                tree_->put(PropertyTree::path_type(pathsInOrder_[i], '/'), std::to_string(i));
+                tree_->put_child(PropertyTree::path_type(pathsInOrder_[i], '/'),
+                                 PropertyTree(items_[i]));
             }
             treeBytes_ = bytes.Bytes();
         }
@@ -187,6 +253,56 @@ public:
     std::vector<ItemPtr> replacements;
 
 private:
+    // Splits the bytes AddInfo allocated: a holder is measured by making
+    // one, the id map's node by a map of the same type, and the name map's
+    // by inserting into a holder map of the directory's type (which fills
+    // both); what remains is the section map's. Infos are the caller's.
+    void MeasureSplit(std::vector<boost::intrusive_ptr<Legacy::Oru::InfoHolder const>> const& infos,
+                      std::int64_t sections, std::int64_t added) {
+        using namespace Legacy::Oru;
+        double const n = static_cast<double>(count_);
+        std::vector<boost::intrusive_ptr<InfoItemHolder>> holders;
+        holders.reserve(infos.size());
+        std::int64_t holderBytes = 0;
+        {
+            AllocationScope const bytes;
+            for (auto const& info : infos) {
+                holders.emplace_back(new InfoItemHolder(info));
+            }
+            holderBytes = bytes.Bytes();
+        }
+        std::int64_t idBytes = 0;
+        {
+            InfoItemHolderMap::IdMap idMap;
+            AllocationScope const bytes;
+            for (auto const& holder : holders) {
+                idMap.emplace(holder->GetInfoHolder()->GetInfo()->GetId(), holder);
+            }
+            idBytes = bytes.Bytes();
+        }
+        std::int64_t bothBytes = 0;
+        {
+            InfoItemHolderMap both;
+            AllocationScope const bytes;
+            for (auto const& holder : holders) {
+                both.Insert(holder);
+            }
+            bothBytes = bytes.Bytes();
+        }
+        split_.holder = static_cast<double>(holderBytes) / n;
+        split_.idMap = static_cast<double>(idBytes) / n;
+        split_.nameMap = static_cast<double>(bothBytes - idBytes) / n;
+        split_.sectionMap = static_cast<double>(added - bothBytes - holderBytes + sections) / n;
+        // One tree node (four words of links and colour) and its value per
+        // map entry; the names short enough to live inside their strings.
+        double const link = 4 * sizeof(void*);
+        double const idNode = link + sizeof(InfoItemHolderMap::IdMap::value_type);
+        double const nameNode = link + sizeof(InfoItemHolderMap::NameMap::value_type);
+        double const sectionByName = link + sizeof(std::pair<std::string const, InfoItemSectionId>);
+        double const sectionById = link + sizeof(std::pair<InfoItemSectionId const, std::string>);
+        split_.floor = sizeof(InfoItemHolder) + idNode + nameNode + sectionByName + sectionById;
+    }
+
     std::size_t count_;
     std::vector<ItemPtr> items_;
     std::vector<unsigned int> idsInOrder_;
@@ -195,7 +311,13 @@ private:
     std::int64_t itemBytes_ = 0;
     Legacy::Oru::SectionId subtree_;
     std::string subtreePath_;
+    DirectoryBytes split_;
+    std::vector<boost::intrusive_ptr<Legacy::Oru::InfoHolder const>> infos_;
+    std::vector<std::string> leafNames_;
     std::unique_ptr<std::map<unsigned int, ItemPtr>> byId_;
+    std::unique_ptr<std::map<unsigned int, ItemPtr>> scatteredById_;
+    std::vector<std::unique_ptr<char[]>> clutter_;
+    std::int64_t scatteredByIdBytes_ = 0;
     std::unique_ptr<std::unordered_map<unsigned int, ItemPtr>> hashedById_;
     std::unique_ptr<std::map<std::string, ItemPtr>> byPath_;
     std::unique_ptr<std::unordered_map<std::string, ItemPtr>> hashedByPath_;

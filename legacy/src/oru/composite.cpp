@@ -26,7 +26,7 @@ constexpr std::uint32_t k_countSize = 2;
 // How many composite records the present thread is decoding, one inside the
 // other. Children are decoded through the dispatch of ItemBase::Deserialize,
 // which carries no depth, so the count lives here.
-thread_local unsigned int t_depth = 0;
+thread_local unsigned int t_depth __attribute__((tls_model("initial-exec"))) = 0;
 
 class DepthGuard {
 public:
@@ -48,6 +48,31 @@ void CopyHeader(unsigned char* out, ItemBase::SerialStruct_t const& record) {
     out[8] = record.type;
     out[9] = record.numericType;
 }
+
+// The record the children of a composite write in turn, and the place in
+// the composite's payload lent to the current one: a payload that is that
+// place is never freed, one of the child's own is, also when a child throws.
+class BorrowedPayload {
+public:
+    explicit BorrowedPayload(ItemBase::SerialStruct_t& record) noexcept : record_(record) {}
+    ~BorrowedPayload() { Return(); }
+    BorrowedPayload(BorrowedPayload const&) = delete;
+    BorrowedPayload& operator=(BorrowedPayload const&) = delete;
+
+    void Lend(unsigned char const* place) noexcept { place_ = place; }
+    bool Used() const noexcept { return record_.data != nullptr && record_.data == place_; }
+    // Empties the record: the lent place kept, a payload of its own freed.
+    void Return() noexcept {
+        if (!Used()) {
+            delete[] record_.data;
+        }
+        record_.data = nullptr;
+    }
+
+private:
+    ItemBase::SerialStruct_t& record_;
+    unsigned char const* place_ = nullptr;
+};
 
 }  // namespace
 
@@ -269,27 +294,36 @@ int CompositeItem::Serialize(SerialStruct_t* record) const {
     // The low 16 bits of the child count: nothing guards against more.
     Serial::PutBigEndian(payload, static_cast<std::uint16_t>(items_.size()));
     std::uint32_t at = k_countSize;
+    Serial::PlacedScope const scope;
+    // One record for every child, emptied between them.
+    SerialStruct_t local;
+    BorrowedPayload borrowed(local);
     for (ItemPtr const& child : items_) {
         if (size - at < k_childHeaderSize) {
             break;
         }
         // A child that refuses leaves its record zeroed: ten zero bytes stand
         // in its place, and the outer record is still written.
-        SerialStruct_t local;
+        local.id = 0;
+        local.dataSize = 0;
+        local.type = 0;
+        local.numericType = 0;
         // The child's payload goes straight to its place in ours when it fits
         // the space left: the same bytes the copy below would put there.
-        Serial::PlacedEnvelope const placed(&local, child.get(), size - at - k_childHeaderSize,
-                                            child ? payload + at + k_childHeaderSize : nullptr);
+        unsigned char* const place = payload + at + k_childHeaderSize;
+        borrowed.Lend(place);
         if (child) {
+            Serial::t_placed = {&local, child.get(), size - at - k_childHeaderSize, place};
             static_cast<void>(child->Serialize(&local));
         }
         CopyHeader(payload + at, local);
         at += k_childHeaderSize;
         // Bounded by the space left, should a child write more than it said.
         std::uint32_t const copied = std::min(Serial::HostToNet32(local.dataSize), size - at);
-        if (copied != 0 && local.GetData() && !placed.Used()) {
+        if (copied != 0 && local.GetData() && !borrowed.Used()) {
             std::memcpy(payload + at, local.GetData(), copied);
         }
+        borrowed.Return();
         at += copied;
     }
     return 0;

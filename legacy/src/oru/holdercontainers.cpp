@@ -115,8 +115,11 @@ int InfoItemHolderMap::Erase(unsigned int const& id) {
     boost::intrusive_ptr<InfoItemHolder> const holder = found.second->second;
     std::string const name = holder->GetInfoHolder()->GetInfo()->GetName();
     byId_.erase(found.second);
+    // From the back: equal names go in at the end of their range, and the
+    // entry taken out most often is the one just added (a refused AddInfo).
     auto const range = Find_(name);
-    for (auto entry = range.first; entry != range.second; ++entry) {
+    for (auto entry = range.second; entry != range.first;) {
+        --entry;
         if (entry->second && entry->second->GetInfoHolder()->GetInfo()->GetId() == id) {
             byName_.erase(entry);
             break;

@@ -2,6 +2,9 @@
 
 #include <legacy/oru/infoitemdirectorydelta.h>
 
+#include <cstring>
+#include <typeinfo>
+
 namespace Legacy {
 namespace Oru {
 
@@ -16,14 +19,40 @@ int const kMismatch = -41;
 // so that a lookup by path allocates nothing once they hold the longest
 // section path seen. Nothing a lookup calls can start another lookup while
 // they are in use.
+// Initial-exec: the general model makes each access a call into the dynamic
+// loader, on the hottest path of the directory.
 std::string& SectionScratch() {
-    thread_local std::string scratch;
+    thread_local std::string scratch __attribute__((tls_model("initial-exec")));
     return scratch;
 }
 
 std::string& InfoScratch() {
-    thread_local std::string scratch;
+    thread_local std::string scratch __attribute__((tls_model("initial-exec")));
     return scratch;
+}
+
+using IdPosition = InfoItemHolderMap::IdMap::const_iterator;
+using InfoHolderPtr = boost::intrusive_ptr<InfoHolder const>;
+using ItemHolderPtr = boost::intrusive_ptr<ItemHolder const>;
+
+// The entry of `id` in the id map, found by stepping once from `at` when the
+// ids come in the map's order (a section's ids are adjacent), else by a full
+// lookup; `end` when absent. `at` is `end` before the first call.
+IdPosition NextOrFind(InfoItemHolderMap& map, IdPosition at, IdPosition end, unsigned int id) {
+    if (at != end) {
+        ++at;
+        if (at != end && at->first == id) {
+            return at;
+        }
+    }
+    auto const found = map.Find(id);
+    return found.first ? found.second : end;
+}
+
+// True when the change hooks are this class's own, which do nothing: no
+// hook can then change the directory while a bulk operation walks it.
+bool PlainHooks(InfoItemDirectory const& directory) {
+    return typeid(directory) == typeid(InfoItemDirectory);
 }
 
 }  // namespace
@@ -128,13 +157,18 @@ int InfoItemDirectory::SetItem(boost::intrusive_ptr<ItemHolder const> const& ite
     if (!slot) {
         return kAbsent;
     }
-    boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
-    boost::intrusive_ptr<ItemHolder const> const oldItem = holder->GetItemHolder();
-    InfoBase const& info = *holder->GetInfoHolder()->GetInfo();
-    if (replacement.GetId() != info.GetId() || replacement.GetType() != info.GetType() ||
-        replacement.GetNumericType() != info.GetNumericType()) {
+    InfoBase const& present = *(*slot)->GetInfoHolder()->GetInfo();
+    if (replacement.GetId() != present.GetId() || replacement.GetType() != present.GetType() ||
+        replacement.GetNumericType() != present.GetNumericType()) {
         return kMismatch;
     }
+    if (PlainHooks(*this)) {
+        (*slot)->SetItemHolder(item);
+        return kOk;
+    }
+    // A hook gets the old Item and the slot, kept alive whatever it does.
+    boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
+    boost::intrusive_ptr<ItemHolder const> const oldItem = holder->GetItemHolder();
     holder->SetItemHolder(item);
     ItemChanged_(oldItem, holder);
     return kOk;
@@ -167,8 +201,13 @@ boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(std::string c
 
 boost::intrusive_ptr<ItemHolder const> InfoItemDirectory::FindItem(
     std::string const& sectionName, std::string const& infoName) const {
-    auto const slot = FindSlot_(sectionName, infoName);
-    return slot ? slot->GetItemHolder() : boost::intrusive_ptr<ItemHolder const>();
+    InfoItemSectionId id;
+    if (sectionName.empty() || infoName.empty() ||
+        sectionMap_->FindInfo(sectionName, infoName, id) < 0) {
+        return boost::intrusive_ptr<ItemHolder const>();
+    }
+    auto const* slot = FindSlot_(static_cast<unsigned int>(id));
+    return slot ? (*slot)->GetItemHolder() : boost::intrusive_ptr<ItemHolder const>();
 }
 
 boost::intrusive_ptr<InfoItemHolder const> InfoItemDirectory::FindInfoItem(
@@ -197,19 +236,24 @@ int InfoItemDirectory::CollectIn_(InfoItemSectionId const& id, std::vector<Holde
                                   Pick pick) const {
     // The ids of one walk, in a per-thread vector that keeps its capacity:
     // nothing that a walk calls starts another.
-    thread_local std::vector<unsigned int> ids;
+    thread_local std::vector<unsigned int> ids __attribute__((tls_model("initial-exec")));
     ids.clear();
     int const result = sectionMap_->GetInfos(id, ids);
     if (result < 0) {
         return result;
     }
     out.reserve(out.size() + ids.size());
+    // The ids of one section are adjacent in the id map: one lookup per
+    // section, then a step per setting.
+    IdPosition const end = holderMap_->IterEnd().position_;
+    IdPosition at = end;
     for (unsigned int const infoId : ids) {
-        auto const* slot = FindSlot_(infoId);
-        if (slot) {
-            Holder picked = pick(**slot);
+        at = NextOrFind(*holderMap_, at, end, infoId);
+        if (at != end) {
+            // A reference where the slot holds the handle: no copy to test.
+            decltype(auto) picked = pick(*at->second);
             if (picked) {
-                out.push_back(std::move(picked));
+                out.push_back(picked);
             }
         }
     }
@@ -218,12 +262,16 @@ int InfoItemDirectory::CollectIn_(InfoItemSectionId const& id, std::vector<Holde
 
 int InfoItemDirectory::FindInfos(InfoItemSectionId const& id,
                                  std::vector<boost::intrusive_ptr<InfoHolder const>>& out) const {
-    return CollectIn_(id, out, [](InfoItemHolder const& slot) { return slot.GetInfoHolder(); });
+    return CollectIn_(id, out, [](InfoItemHolder const& slot) -> InfoHolderPtr const& {
+        return slot.GetInfoHolder();
+    });
 }
 
 int InfoItemDirectory::FindItems(InfoItemSectionId const& id,
                                  std::vector<boost::intrusive_ptr<ItemHolder const>>& out) const {
-    return CollectIn_(id, out, [](InfoItemHolder const& slot) { return slot.GetItemHolder(); });
+    return CollectIn_(id, out, [](InfoItemHolder const& slot) -> ItemHolderPtr const& {
+        return slot.GetItemHolder();
+    });
 }
 
 int InfoItemDirectory::FindInfoItems(
@@ -269,11 +317,48 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
     if (!updateItems) {
         return kOk;
     }
-    for (auto const& entry : delta->GetItemHolderPtrMap_addMod()) {
-        int const result = SetItem(entry.second);
-        if (result < 0) {
-            return result;
+    auto const& items = delta->GetItemHolderPtrMap_addMod();
+    if (!PlainHooks(*this)) {
+        // A hook may change the directory between two Items: each is looked
+        // up afresh.
+        for (auto const& entry : items) {
+            int const result = SetItem(entry.second);
+            if (result < 0) {
+                return result;
+            }
         }
+        return kOk;
+    }
+    // The change set is sorted by id, as the id map is: walk both in step,
+    // with the checks and codes of SetItem.
+    IdPosition const end = holderMap_->IterEnd().position_;
+    IdPosition at = end;
+    for (auto entry = items.begin(); entry != items.end(); ++entry) {
+        if (!entry->second) {
+            return kNullPointer;
+        }
+        ItemBase const& replacement = *entry->second->GetItem();
+        at = NextOrFind(*holderMap_, at, end, replacement.GetId());
+        if (at == end) {
+            return kAbsent;
+        }
+        // The walk waits on memory, not on instructions: ask for the next
+        // Item and the next slot while this one is checked.
+        auto const nextEntry = std::next(entry);
+        if (nextEntry != items.end() && nextEntry->second) {
+            __builtin_prefetch(nextEntry->second->GetItem().get());
+        }
+        IdPosition const nextSlot = std::next(at);
+        if (nextSlot != end) {
+            __builtin_prefetch(nextSlot->second.get());
+        }
+        InfoItemHolder& slot = *at->second;
+        InfoBase const& present = *slot.GetInfoHolder()->GetInfo();
+        if (replacement.GetId() != present.GetId() || replacement.GetType() != present.GetType() ||
+            replacement.GetNumericType() != present.GetNumericType()) {
+            return kMismatch;
+        }
+        slot.SetItemHolder(entry->second);
     }
     return kOk;
 }
@@ -295,13 +380,20 @@ void InfoItemDirectory::ItemChanged_(boost::intrusive_ptr<ItemHolder const> cons
 
 bool InfoItemDirectory::ParseInfoPath_(std::string const& path, std::string& sectionName,
                                        std::string& infoName) const {
-    std::size_t const delim = path.rfind(SectionId::k_sectionDelim);
-    if (delim == std::string::npos) {
+    // memrchr scans a word at a time where rfind goes byte by byte.
+    void const* const found =
+        path.empty() ? nullptr : memrchr(path.data(), SectionId::k_sectionDelim, path.size());
+    if (!found) {
         return false;
     }
-    // assign, not a substring: the scratch strings keep their buffers.
-    sectionName.assign(path, 0, delim);
-    infoName.assign(path, delim + 1, std::string::npos);
+    std::size_t const delim =
+        static_cast<std::size_t>(static_cast<char const*>(found) - path.data());
+    // clear and append, not a substring or assign: the scratch strings keep
+    // their buffers, and append skips the overlap handling of assign.
+    sectionName.clear();
+    sectionName.append(path.data(), delim);
+    infoName.clear();
+    infoName.append(path.data() + delim + 1, path.size() - delim - 1);
     return true;
 }
 

@@ -405,9 +405,11 @@ int NumericArrayItem<T>::Serialize(SerialStruct_t* record) const {
     if (!payload) {
         return -41;
     }
-    Serial::Writer writer(payload);
-    for (Element const value : value_) {
-        writer.Element<T>(value);
+    // Indexed, without a moving cursor: the loop vectorises for the integers.
+    std::size_t const count = value_.size();
+    Element const* const values = value_.data();
+    for (std::size_t i = 0; i < count; ++i) {
+        Serial::PutElement<T>(payload + i * T::k_serialWidth, values[i]);
     }
     return 0;
 }
@@ -424,13 +426,14 @@ int NumericArrayItem<T>::Deserialize(ConstSerialStruct_t const* record) {
     }
     // The count comes from the payload's own size, so the allocation is bounded
     // by the bytes the record holds; the old value stays until all are read.
-    std::vector<Element> decoded(size / T::k_serialWidth);
-    Serial::Reader reader(*record);
-    for (Element& value : decoded) {
-        value = reader.Element<T>();
-    }
-    if (reader.Failed()) {
-        return -41;
+    // The prologue checked that a non-empty payload has its bytes, and the
+    // loop reads exactly size of them: no check per element, so it vectorises.
+    std::size_t const count = size / T::k_serialWidth;
+    std::vector<Element> decoded(count);
+    unsigned char const* const in = record->data;
+    Element* const out = decoded.data();
+    for (std::size_t i = 0; i < count; ++i) {
+        out[i] = Serial::GetElement<T>(in + i * T::k_serialWidth);
     }
     value_.swap(decoded);
     return 0;

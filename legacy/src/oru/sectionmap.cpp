@@ -46,14 +46,16 @@ void SplitStep(std::string_view name, std::string_view& head, std::string_view& 
 // once it has seen its longest name; nothing a walk calls starts another.
 template <class Children>
 int WalkPath(SectionMapElement const*& node, std::string_view path, Children children) {
-    thread_local std::string head;
+    thread_local std::string head __attribute__((tls_model("initial-exec")));
     while (!path.empty()) {
         std::string_view component;
         SplitStep(path, component, path);
         if (component.empty()) {
             return kMalformed;
         }
-        head.assign(component.data(), component.size());
+        // clear and append: cheaper than assign, which allows for overlap.
+        head.clear();
+        head.append(component.data(), component.size());
         auto const& byName = (*node).*children;
         auto const found = byName.find(head);
         if (found == byName.end()) {

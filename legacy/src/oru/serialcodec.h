@@ -1,4 +1,4 @@
-// The serial codec shared by every family: explicit big-endian put and get,
+// The serial codec shared by every family, header only: big-endian put and get,
 // the floating-point mappings of the wire, the envelope of Serialize, the
 // prologue of Deserialize, and a bounded reader that never reads past the
 // size field of a record.
@@ -30,6 +30,23 @@ inline std::uint64_t ByteSwap(std::uint64_t v) noexcept {
     return __builtin_bswap64(v);
 }
 
+// Any unsigned type of 1, 2, 4 or 8 bytes (unsigned long and unsigned long
+// long alike).
+template <class U>
+inline U SwapBytes(U v) noexcept {
+    static_assert(std::is_unsigned<U>::value, "unsigned only");
+    if constexpr (sizeof(U) == 1) {
+        return v;
+    } else if constexpr (sizeof(U) == 2) {
+        return static_cast<U>(__builtin_bswap16(static_cast<std::uint16_t>(v)));
+    } else if constexpr (sizeof(U) == 4) {
+        return static_cast<U>(__builtin_bswap32(static_cast<std::uint32_t>(v)));
+    } else {
+        static_assert(sizeof(U) == 8, "1, 2, 4 or 8 bytes");
+        return static_cast<U>(__builtin_bswap64(static_cast<std::uint64_t>(v)));
+    }
+}
+
 // Host order to network order and back (the same operation).
 inline std::uint32_t HostToNet32(std::uint32_t v) noexcept {
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
@@ -39,22 +56,25 @@ inline std::uint32_t HostToNet32(std::uint32_t v) noexcept {
 #endif
 }
 
-// Writes an unsigned integer of N bytes, most significant first.
+// Writes an unsigned integer of N bytes, most significant first. One swap
+// and one store, so that loops over arrays of them vectorise.
 template <class U>
 inline void PutBigEndian(unsigned char* out, U value) noexcept {
     static_assert(std::is_unsigned<U>::value, "unsigned only");
-    for (std::size_t i = 0; i < sizeof(U); ++i) {
-        out[i] = static_cast<unsigned char>(value >> (8 * (sizeof(U) - 1 - i)));
-    }
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    value = SwapBytes(value);
+#endif
+    std::memcpy(out, &value, sizeof(U));
 }
 
 template <class U>
 inline U GetBigEndian(unsigned char const* in) noexcept {
     static_assert(std::is_unsigned<U>::value, "unsigned only");
-    U value = 0;
-    for (std::size_t i = 0; i < sizeof(U); ++i) {
-        value = static_cast<U>((value << 8) | in[i]);
-    }
+    U value;
+    std::memcpy(&value, in, sizeof(U));
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    value = SwapBytes(value);
+#endif
     return value;
 }
 
@@ -145,41 +165,60 @@ inline typename T::Element GetElement(unsigned char const* in) noexcept {
     }
 }
 
+// Where the next WriteEnvelope for `record` and `item` writes its payload
+// instead of allocating one, if it needs at most `capacity` bytes: a
+// composite lends each child its place in its own payload, so that a
+// Serialize allocates once however many children it holds. One slot per
+// thread, consumed by the envelope that matches it; a null `at` places
+// nothing. Inline and initial-exec: a composite sets it once per child.
+struct PlacedSlot {
+    Record const* record;
+    ItemBase const* item;
+    std::uint32_t capacity;
+    unsigned char* at;
+};
+
+inline thread_local PlacedSlot t_placed
+    __attribute__((tls_model("initial-exec"))) = {nullptr, nullptr, 0, nullptr};
+
 // Fills the header from the item and allocates a payload of exactly size
-// bytes; answers the payload, or null for a null record. A pointer already in
-// the record is overwritten, not released.
-unsigned char* WriteEnvelope(Record* record, ItemBase const& item, std::uint32_t size);
+// bytes, or writes to the place the slot lends for this record and Item;
+// answers the payload, or null for a null record. A pointer already in the
+// record is overwritten, not released. Inline: every Serialize runs it, once
+// per child of a composite.
+inline unsigned char* WriteEnvelope(Record* record, ItemBase const& item, std::uint32_t size) {
+    if (!record) {
+        return nullptr;
+    }
+    unsigned char* payload = nullptr;
+    if (t_placed.at && t_placed.record == record && t_placed.item == &item &&
+        size <= t_placed.capacity) {
+        // Once only: a second envelope for the same record allocates.
+        payload = t_placed.at;
+        t_placed.at = nullptr;
+    } else {
+        // Allocate first so that a failing allocation leaves the record as it was.
+        payload = new unsigned char[size == 0 ? 1 : size];
+    }
+    record->id = HostToNet32(item.GetId());
+    record->dataSize = HostToNet32(size);
+    record->type = static_cast<std::uint8_t>(item.GetType());
+    record->numericType = static_cast<std::uint8_t>(item.GetNumericType());
+    record->data = payload;
+    return payload;
+}
 
-// While one of these lives, the WriteEnvelope call for this record and Item
-// writes its payload at `at` instead of allocating one, if it needs at most
-// `capacity` bytes: a composite lets each child write straight into its own
-// payload, so that a Serialize allocates once however many children it
-// holds. A null `at` places nothing. The record is cleared when the guard
-// ends if its payload was placed, so that its destructor never frees the
-// borrowed bytes.
-class PlacedEnvelope {
+// Keeps the slot as it was around a composite's walk over its children,
+// should a child throw or a nested composite lend places of its own.
+class PlacedScope {
 public:
-    PlacedEnvelope(Record* record, ItemBase const* item, std::uint32_t capacity,
-                   unsigned char* at) noexcept;
-    ~PlacedEnvelope();
-    PlacedEnvelope(PlacedEnvelope const&) = delete;
-    PlacedEnvelope& operator=(PlacedEnvelope const&) = delete;
-
-    // True once the record's payload is the placed one.
-    bool Used() const noexcept { return at_ != nullptr && record_->data == at_; }
-
-    // What WriteEnvelope consults; one slot per thread, nested guards stack.
-    struct Slot {
-        Record const* record;
-        ItemBase const* item;
-        std::uint32_t capacity;
-        unsigned char* at;
-    };
+    PlacedScope() noexcept : saved_(t_placed) {}
+    ~PlacedScope() { t_placed = saved_; }
+    PlacedScope(PlacedScope const&) = delete;
+    PlacedScope& operator=(PlacedScope const&) = delete;
 
 private:
-    Record* record_;
-    unsigned char* at_;
-    Slot saved_;
+    PlacedSlot saved_;
 };
 
 // The checks every Deserialize begins with: null record -32; id, type or
