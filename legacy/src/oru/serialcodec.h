@@ -165,6 +165,18 @@ inline typename T::Element GetElement(unsigned char const* in) noexcept {
     }
 }
 
+// Every per-thread variable of the library, and why a fixed signature leaves
+// no other place for it (all initial-exec, since they sit on hot paths):
+// - t_placed (here): the place a composite lends the envelope of its next
+//   child, since Serialize takes no buffer.
+// - t_depth (composite.cpp): how deep composite records nest while decoding,
+//   since ItemBase::Deserialize carries no depth.
+// - SectionScratch, InfoScratch (infoitemdirectory.cpp) and the path head
+//   (sectionmap.cpp): the section path and name of a lookup by path, reused so
+//   that a lookup allocates nothing once it has seen its longest path.
+// - the id list of a section walk (InfoItemDirectory::CollectIn_), reused for
+//   the same reason. No lookup or walk starts another while these are in use.
+//
 // Where the next WriteEnvelope for `record` and `item` writes its payload
 // instead of allocating one, if it needs at most `capacity` bytes: a
 // composite lends each child its place in its own payload, so that a
