@@ -202,13 +202,11 @@ void BM_FindItems_Directory(benchmark::State& state) {
 }
 BENCHMARK(BM_FindItems_Directory)->Apply(Sizes);
 
-void BM_FindItems_StdMap(benchmark::State& state) {
-    SettingsTree& s = Bench::SharedTree(state.range(0));
-    double bytes = 0;
-    auto const& map = s.ById(bytes);
+// A section's settings from an id-ordered map: the depth-3 info ids under the
+// depth-2 section share its depth code and top two subsection fields.
+void FindItemsInMap(benchmark::State& state, SettingsTree& s,
+                    std::map<unsigned int, ItemPtr> const& map, char const* peer) {
     unsigned int const section = s.Subtree().GetInfoItemSectionId();
-    // Depth-3 info ids under this depth-2 section: depth code 2, same top
-    // two subsection fields.
     unsigned int const low = (2u << 30) | (section & 0x3FFC0000u);
     unsigned int const high = low | 0x0003FFFFu;
     std::vector<ItemPtr> out;
@@ -216,7 +214,7 @@ void BM_FindItems_StdMap(benchmark::State& state) {
     out.reserve(map.size());
     Bench::AllocationScope const allocations;
     {
-        Bench::InstructionWindow const window(state, Label("FindItems", "StdMap", state));
+        Bench::InstructionWindow const window(state, Label("FindItems", peer, state));
         for (auto _ : state) {
             out.clear();
             for (auto entry = map.lower_bound(low); entry != map.end() && entry->first <= high;
@@ -231,34 +229,18 @@ void BM_FindItems_StdMap(benchmark::State& state) {
     state.counters["settings"] = static_cast<double>(found);
     state.SetItemsProcessed(state.iterations());
 }
+
+void BM_FindItems_StdMap(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    FindItemsInMap(state, s, s.ById(bytes), "StdMap");
+}
 BENCHMARK(BM_FindItems_StdMap)->Apply(Sizes);
 
 void BM_FindItems_ScatteredMap(benchmark::State& state) {
     SettingsTree& s = Bench::SharedTree(state.range(0));
     double bytes = 0;
-    auto const& map = s.ScatteredById(bytes);
-    unsigned int const section = s.Subtree().GetInfoItemSectionId();
-    unsigned int const low = (2u << 30) | (section & 0x3FFC0000u);
-    unsigned int const high = low | 0x0003FFFFu;
-    std::vector<ItemPtr> out;
-    std::size_t found = 0;
-    out.reserve(map.size());
-    Bench::AllocationScope const allocations;
-    {
-        Bench::InstructionWindow const window(state, Label("FindItems", "ScatteredMap", state));
-        for (auto _ : state) {
-            out.clear();
-            for (auto entry = map.lower_bound(low); entry != map.end() && entry->first <= high;
-                 ++entry) {
-                out.push_back(entry->second);
-            }
-            benchmark::DoNotOptimize(out.data());
-            found = out.size();
-        }
-    }
-    Bench::ReportAllocations(state, allocations);
-    state.counters["settings"] = static_cast<double>(found);
-    state.SetItemsProcessed(state.iterations());
+    FindItemsInMap(state, s, s.ScatteredById(bytes), "ScatteredMap");
 }
 BENCHMARK(BM_FindItems_ScatteredMap)->Apply(Sizes);
 

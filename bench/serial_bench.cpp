@@ -180,13 +180,14 @@ void BM_Serialize_Oru(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
-template <class Shape>
-void BM_Serialize_Protobuf(benchmark::State& state) {
-    auto const message = Shape::MakeMessage();
+// Writes a protobuf message to a string, as a peer of Serialize.
+template <class Message>
+void SerializeMessage(benchmark::State& state, Message const& message, char const* peer,
+                      char const* shape) {
     std::uint64_t bytes = 0;
     Bench::AllocationScope const allocations;
     {
-        Bench::InstructionWindow const window(state, Label("Serialize", "Protobuf", Shape::Name()));
+        Bench::InstructionWindow const window(state, Label("Serialize", peer, shape));
         for (auto _ : state) {
             std::string out;
             bool const done = message.SerializeToString(&out);
@@ -198,6 +199,11 @@ void BM_Serialize_Protobuf(benchmark::State& state) {
     Bench::ReportAllocations(state, allocations);
     state.counters["bytes"] = static_cast<double>(bytes);
     state.SetItemsProcessed(state.iterations());
+}
+
+template <class Shape>
+void BM_Serialize_Protobuf(benchmark::State& state) {
+    SerializeMessage(state, Shape::MakeMessage(), "Protobuf", Shape::Name());
 }
 
 template <class Shape>
@@ -307,23 +313,7 @@ void BM_DeserializeHeap_Protobuf(benchmark::State& state) {
 // The array as a `bytes` field: written and read as one block.
 template <class Shape>
 void BM_Serialize_ProtobufBytes(benchmark::State& state) {
-    auto const message = Shape::MakeBytesMessage();
-    std::uint64_t size = 0;
-    Bench::AllocationScope const allocations;
-    {
-        Bench::InstructionWindow const window(state,
-                                              Label("Serialize", "ProtobufBytes", Shape::Name()));
-        for (auto _ : state) {
-            std::string out;
-            bool const done = message.SerializeToString(&out);
-            benchmark::DoNotOptimize(done);
-            benchmark::DoNotOptimize(out.data());
-            size = out.size();
-        }
-    }
-    Bench::ReportAllocations(state, allocations);
-    state.counters["bytes"] = static_cast<double>(size);
-    state.SetItemsProcessed(state.iterations());
+    SerializeMessage(state, Shape::MakeBytesMessage(), "ProtobufBytes", Shape::Name());
 }
 
 template <class Shape>
