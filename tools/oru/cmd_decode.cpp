@@ -28,11 +28,11 @@ using Legacy::Oru::InfoItemSectionId;
 using Legacy::Oru::ItemBase;
 using Bytes = std::vector<unsigned char>;
 
-std::uint32_t const kHeaderSize = 10;
-std::uint8_t const kCompositeType = 253;
+std::uint32_t const k_headerSize = 10;
+std::uint8_t const k_compositeType = 253;
 // Composite children nest as records of their own; deeper than this the
 // display stops descending (the library reads them all the same).
-int const kMaxShownDepth = 32;
+int const k_maxShownDepth = 32;
 
 struct Options {
     bool hex = false;
@@ -110,21 +110,21 @@ public:
         std::size_t count = 0;
         while (offset < bytes.size()) {
             std::size_t const remaining = bytes.size() - offset;
-            if (remaining < kHeaderSize) {
+            if (remaining < k_headerSize) {
                 Problem(offset, "truncated header: " + std::to_string(remaining) +
                                     " bytes left, a header has 10");
                 return false;
             }
             unsigned char const* const header = bytes.data() + offset;
             std::uint32_t const size = BigEndian32(header + 4);
-            if (size > remaining - kHeaderSize) {
+            if (size > remaining - k_headerSize) {
                 Problem(offset, "the record claims " + std::to_string(size) + " payload bytes, " +
-                                    std::to_string(remaining - kHeaderSize) + " remain");
+                                    std::to_string(remaining - k_headerSize) + " remain");
                 return false;
             }
             ++count;
             ok_ = Record(offset, header, 0) && ok_;
-            offset += kHeaderSize + size;
+            offset += k_headerSize + size;
         }
         if (count == 0 && !options_.json && ok_) {
             out_ << "no records\n";
@@ -141,7 +141,7 @@ private:
         std::uint8_t const numericType = header[9];
         // The payload in a buffer of exactly its size, so that a reader that
         // strays past it is caught by the sanitizers.
-        Bytes const payload(header + kHeaderSize, header + kHeaderSize + size);
+        Bytes const payload(header + k_headerSize, header + k_headerSize + size);
         ItemBase::ConstSerialStruct_t record;
         record.SetHeader(id, size, type, numericType);
         record.data = payload.empty() ? nullptr : payload.data();
@@ -195,8 +195,8 @@ private:
                      << (named.reason.empty() ? "passes" : "refused: " + named.reason) << "\n";
             }
         }
-        if (code == 0 && type == kCompositeType && depth < kMaxShownDepth) {
-            Children(offset + kHeaderSize, payload, depth + 1);
+        if (code == 0 && type == k_compositeType && depth < k_maxShownDepth) {
+            Children(offset + k_headerSize, payload, depth + 1);
         }
         return code == 0;
     }
@@ -233,13 +233,13 @@ private:
         }
         std::size_t const count = (std::size_t(payload[0]) << 8) | payload[1];
         std::size_t at = 2;
-        for (std::size_t i = 0; i < count && payload.size() - at >= kHeaderSize; ++i) {
+        for (std::size_t i = 0; i < count && payload.size() - at >= k_headerSize; ++i) {
             std::uint32_t const size = BigEndian32(payload.data() + at + 4);
-            if (size > payload.size() - at - kHeaderSize) {
+            if (size > payload.size() - at - k_headerSize) {
                 return;
             }
             Record(offset + at, payload.data() + at, depth);
-            at += kHeaderSize + size;
+            at += k_headerSize + size;
         }
     }
 
@@ -331,7 +331,7 @@ bool LooksLikeHexText(std::string const& input) {
     return digits >= 2;
 }
 
-char const* const kFooter =
+char const* const k_footer =
     "Reads serial records laid flat, one after another: ten header bytes (id and\n"
     "payload size big-endian, type byte, numeric-type byte), then the payload.\n"
     "Reads FILE, or standard input without one or with '-'. --hex reads\n"
@@ -413,7 +413,7 @@ void AddDecode(CLI::App& program, int& status) {
         ->add_option("--names", options->names,
                      "Name records by the paths of this description, and check them")
         ->type_name("DESCRIPTION");
-    command->footer(kFooter);
+    command->footer(k_footer);
     command->callback([options, &status] { status = Run(*options); });
 }
 

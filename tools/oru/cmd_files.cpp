@@ -74,7 +74,7 @@ int Check(CheckOptions const& options) {
     return report.problems.empty() ? 0 : 1;
 }
 
-char const* const kCheckFooter =
+char const* const k_checkFooter =
     "Reads the settings that DESCRIPTION declares and the values in VALUES (a\n"
     "JSON object of setting paths and values), checks every value against its\n"
     "setting, and prints one line per value that is refused: its path and why.\n"
@@ -90,7 +90,7 @@ char const* const kCheckFooter =
     "  $ oru check device.json values.json\n"
     "  Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n";
 
-char const* const kDescribeFooter =
+char const* const k_describeFooter =
     "Writes the description of the sample device of 'oru demo' as JSON: each\n"
     "setting's path, family, permission, bounds and default. 'oru demo --values'\n"
     "writes its values; 'oru check' reads both. docs/description-files.md and\n"
@@ -104,7 +104,7 @@ char const* const kDescribeFooter =
 void AddDescribe(CLI::App& program, int& status) {
     CLI::App* const command =
         program.add_subcommand("describe", "Write the description of the sample device");
-    command->footer(kDescribeFooter);
+    command->footer(k_describeFooter);
     command->callback([&status] {
         InfoItemDirectory directory;
         SampleDirectory(directory);
@@ -122,7 +122,7 @@ void AddCheck(CLI::App& program, int& status) {
     command->add_option("VALUES", options->values, "The values, as JSON; '-': standard input")
         ->required();
     command->add_flag("--json", options->json, "Print the result as JSON");
-    command->footer(kCheckFooter);
+    command->footer(k_checkFooter);
     command->callback([options, &status] { status = Check(*options); });
 }
 

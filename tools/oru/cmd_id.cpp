@@ -20,7 +20,7 @@ namespace {
 
 using Legacy::Oru::InfoItemSectionId;
 
-unsigned int const kCleared = 0xFFFFFFFFu;
+unsigned int const k_cleared = 0xFFFFFFFFu;
 
 std::string Hex(unsigned int value) {
     return HexId(value);
@@ -48,8 +48,9 @@ void Explain(unsigned int raw, std::ostream& out) {
     } else if (info) {
         Line(out, "class", "info-item id");
     } else if (wildcard) {
-        Line(out, "class",
-             raw == kCleared ? "wildcard section id (also the cleared id)" : "wildcard section id");
+        Line(
+            out, "class",
+            raw == k_cleared ? "wildcard section id (also the cleared id)" : "wildcard section id");
     } else {
         Line(out, "class",
              "invalid (level " + std::to_string(depth) +

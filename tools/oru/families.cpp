@@ -122,7 +122,7 @@ struct Syntax {
     char const* example;
 };
 
-Syntax const kSyntax[] = {
+Syntax const k_syntax[] = {
     {"Bool", "1, 0, True or False", "True"},
     {"Numeric", "one number in the element's range", "72"},
     {"NumericArray", "a count, then that many numbers; or (a, b, c) as decode prints it",
@@ -185,7 +185,7 @@ std::string Lower(std::string text) {
 static std::vector<Family> WithSyntax(std::vector<Family> families) {
     for (Family& family : families) {
         std::string const prefix = family.name.substr(0, family.name.find(':'));
-        for (Syntax const& syntax : kSyntax) {
+        for (Syntax const& syntax : k_syntax) {
             if (prefix == syntax.prefix) {
                 family.valueHelp = syntax.help;
                 family.example = syntax.example;

@@ -8,6 +8,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
@@ -31,12 +32,12 @@ constexpr std::uint32_t k_appHeadSize = 6;
 // A payload of text and a terminating 0.
 int WriteText(ItemBase::SerialStruct_t* record, ItemBase const& item, std::string const& text) {
     if (text.size() + 1 > k_maxPayload) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload =
         Serial::WriteEnvelope(record, item, static_cast<std::uint32_t>(text.size() + 1));
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Writer writer(payload);
     writer.Bytes(text.data(), text.size());
@@ -53,7 +54,7 @@ int ReadText(ItemBase::ConstSerialStruct_t const* record, ItemBase const& item, 
     }
     std::uint32_t const size = record->GetDataSize();
     if (size == 0 || record->data[size - 1] != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     auto const* const begin = reinterpret_cast<char const*>(record->data);
     text.assign(begin, std::strlen(begin));
@@ -192,18 +193,18 @@ bool AddrValueInfo<Derived, ItemT, V>::IsEqualBounds(
 template <class Derived, class ItemT, class V>
 int AddrValueInfo<Derived, ItemT, V>::MergeBounds(
     boost::intrusive_ptr<InfoBase const> const& other) {
-    return IsEqualType(other) ? 0 : -36;
+    return IsEqualType(other) ? Codes::k_ok : Codes::k_typeMismatch;
 }
 
 template <class Derived, class ItemT, class V>
 int AddrValueInfo<Derived, ItemT, V>::AssignValue(
     boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<AddrValueInfo>(source, Derived::GetTypeStatic());
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs = default_ != that->default_;
     if (differs) {
@@ -280,11 +281,11 @@ template <class Derived, class InfoT, class V>
 int AddrValueItem<Derived, InfoT, V>::AssignArrayValue(
     boost::intrusive_ptr<ItemBase const> const& source, unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<AddrValueItem>(source, Derived::GetTypeStatic());
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs = value_ != that->value_;
     if (differs) {
@@ -424,12 +425,12 @@ int AppEndpointItem::Serialize(SerialStruct_t* record) const {
     std::string const text = Val().GetEndpoint().ToString();
     std::uint64_t const size = AppElementSize(text);
     if (size > k_maxPayload) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload =
         Serial::WriteEnvelope(record, *this, static_cast<std::uint32_t>(size));
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Writer writer(payload);
     WriteAppElement(writer, Val(), text);
@@ -443,13 +444,13 @@ int AppEndpointItem::Deserialize(ConstSerialStruct_t const* record) {
     }
     std::uint32_t const size = record->GetDataSize();
     if (size == 0 || record->data[size - 1] != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Reader reader(*record);
     AppEndpointStr value;
     // Bytes after the text's first 0 are ignored, as in the text families.
     if (!ReadAppElement(reader, value)) {
-        return -41;
+        return Codes::k_invalid;
     }
     SetVal(value);
     return 0;
@@ -517,17 +518,17 @@ bool AppEndpointArrayInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> co
 }
 
 int AppEndpointArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
-    return IsEqualType(other) ? 0 : -36;
+    return IsEqualType(other) ? Codes::k_ok : Codes::k_typeMismatch;
 }
 
 int AppEndpointArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                       bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<AppEndpointArrayInfo>(source, GetTypeStatic());
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     // One stage per call, the first that differs: callers rely on a source
     // differing in several parts taking several assignments.
@@ -617,13 +618,13 @@ bool AppEndpointArrayItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> con
 int AppEndpointArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                            unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     bool differs = false;
     if (source->GetType() == AppEndpointItem::GetTypeStatic()) {
         auto const* const from = dynamic_cast<AppEndpointItem const*>(source.get());
         if (!from) {
-            return -26;
+            return Codes::k_unsupported;
         }
         // An index past the end grows the array with default elements.
         if (index >= value_.size()) {
@@ -637,7 +638,7 @@ int AppEndpointArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> 
     } else if (source->GetType() == GetTypeStatic()) {
         auto const* const from = dynamic_cast<AppEndpointArrayItem const*>(source.get());
         if (!from) {
-            return -26;
+            return Codes::k_unsupported;
         }
         if (from != this) {
             if (value_.size() != from->value_.size()) {
@@ -652,7 +653,7 @@ int AppEndpointArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> 
             }
         }
     } else {
-        return -26;
+        return Codes::k_unsupported;
     }
     if (changed) {
         *changed = differs;
@@ -670,7 +671,7 @@ unsigned int AppEndpointArrayItem::GetSerialDataSize() const {
 
 int AppEndpointArrayItem::Serialize(SerialStruct_t* record) const {
     if (!record) {
-        return -41;
+        return Codes::k_invalid;
     }
     std::vector<std::string> texts;
     texts.reserve(value_.size());
@@ -680,12 +681,12 @@ int AppEndpointArrayItem::Serialize(SerialStruct_t* record) const {
         size += AppElementSize(texts.back());
     }
     if (size > k_maxPayload) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload =
         Serial::WriteEnvelope(record, *this, static_cast<std::uint32_t>(size));
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Writer writer(payload);
     for (std::size_t i = 0; i < value_.size(); ++i) {
@@ -696,7 +697,7 @@ int AppEndpointArrayItem::Serialize(SerialStruct_t* record) const {
 
 int AppEndpointArrayItem::Deserialize(ConstSerialStruct_t const* record) {
     if (!record) {
-        return -32;
+        return Codes::k_nullPointer;
     }
     // Cleared before any test, and what was read before a bad element stays:
     // callers rely on a refused record leaving the array empty or partial.
@@ -709,7 +710,7 @@ int AppEndpointArrayItem::Deserialize(ConstSerialStruct_t const* record) {
     while (reader.Remaining() != 0) {
         AppEndpointStr element;
         if (!ReadAppElement(reader, element)) {
-            return -41;
+            return Codes::k_invalid;
         }
         value_.push_back(std::move(element));
     }

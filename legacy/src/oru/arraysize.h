@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <ostream>
 
+#include "codes.h"
 #include "dump.h"
 
 namespace Legacy {
@@ -51,7 +52,7 @@ void SetMax(Count& min, Count& max, Vector& defaultValue, Count size) {
 // ranges do not meet. The default is left alone, even outside the new range.
 inline int Merge(Count& min, Count& max, Count otherMin, Count otherMax) {
     if (otherMin > max || otherMax < min) {
-        return -55;
+        return Codes::k_disjoint;
     }
     min = std::max(min, otherMin);
     max = std::min(max, otherMax);
@@ -68,7 +69,7 @@ inline bool Assign(Count& min, Count& max, Count otherMin, Count otherMax) {
 
 // -37 for a default whose element count is outside [min, max].
 inline int CheckDefault(std::size_t count, Count min, Count max) {
-    return count < min || count > max ? -37 : 0;
+    return count < min || count > max ? Codes::k_sizeOutOfRange : Codes::k_ok;
 }
 
 // The size lines of an array Info's dump.

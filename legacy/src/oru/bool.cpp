@@ -10,6 +10,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "arraysize.h"
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "numericconv.h"
@@ -114,7 +115,7 @@ bool BoolInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) 
 int BoolInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<BoolInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     // The narrower of the two is the fixed one; a fixed flag is never cleared.
     fixed_ = fixed_ || that->fixed_;
@@ -123,11 +124,11 @@ int BoolInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
 
 int BoolInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<BoolInfo>(source, OruType_t::Bool);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs = fixed_ != that->fixed_ || default_ != that->default_;
     fixed_ = that->fixed_;
@@ -188,14 +189,14 @@ bool BoolItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) c
 int BoolItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     bool newValue = false;
     switch (source->GetType()) {
         case OruType_t::Bool: {
             auto const* const from = dynamic_cast<BoolItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             newValue = from->value_;
             break;
@@ -211,16 +212,16 @@ int BoolItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& sourc
         case OruType_t::BoolArray: {
             auto const* const from = dynamic_cast<BoolArrayItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             if (index >= from->GetSize()) {
-                return -41;
+                return Codes::k_invalid;
             }
             newValue = from->Val()[index];
             break;
         }
         default:
-            return -26;
+            return Codes::k_unsupported;
     }
     bool const differs = newValue != value_;
     value_ = newValue;
@@ -237,7 +238,7 @@ unsigned int BoolItem::GetSerialDataSize() const {
 int BoolItem::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, 1);
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     payload[0] = value_ ? 1 : 0;
     return 0;
@@ -350,18 +351,18 @@ bool BoolArrayInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& ot
 int BoolArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<BoolArrayInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     return ArraySize::Merge(minSize_, maxSize_, that->minSize_, that->maxSize_);
 }
 
 int BoolArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<BoolArrayInfo>(source, OruType_t::BoolArray);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool differs = default_ != that->default_;
     if (that != this) {
@@ -441,14 +442,14 @@ bool BoolArrayItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& oth
 int BoolArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                     unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     bool differs = false;
     switch (source->GetType()) {
         case OruType_t::Bool: {
             auto const* const from = dynamic_cast<BoolItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             // Grows to reach index, so a caller may fill an array in any order.
             if (index >= value_.size()) {
@@ -464,7 +465,7 @@ int BoolArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& 
         case OruType_t::BoolArray: {
             auto const* const from = dynamic_cast<BoolArrayItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             differs = value_ != from->value_;
             if (from != this) {
@@ -473,7 +474,7 @@ int BoolArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& 
             break;
         }
         default:
-            return -26;
+            return Codes::k_unsupported;
     }
     if (changed) {
         *changed = differs;
@@ -489,7 +490,7 @@ int BoolArrayItem::Serialize(SerialStruct_t* record) const {
     std::uint64_t const size = PackedSize(value_.size());
     // The size field has 32 bits.
     if (!record || size > std::numeric_limits<std::uint32_t>::max()) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload =
         Serial::WriteEnvelope(record, *this, static_cast<std::uint32_t>(size));
@@ -512,7 +513,7 @@ int BoolArrayItem::Deserialize(ConstSerialStruct_t const* record) {
     }
     std::uint32_t const size = record->GetDataSize();
     if (size == 0 || record->data[0] >= 8) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char const* const payload = record->data;
     std::uint64_t n = 0;
@@ -599,7 +600,7 @@ std::ostream& BoolArrayItem::operator<<(std::ostream& out) const {
 
 int BoolArrayItem::SetVal(std::vector<bool> const& value, BoolArrayInfo const& info) {
     if (value.size() < info.GetMinSize() || value.size() > info.GetMaxSize()) {
-        return -37;
+        return Codes::k_sizeOutOfRange;
     }
     value_ = value;
     return 0;

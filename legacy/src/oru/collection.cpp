@@ -5,6 +5,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "children.h"
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "texts.h"
@@ -61,16 +62,16 @@ bool CollectionInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& o
 int CollectionInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) {
     // Collection bounds are never merged, and callers rely on -26 even for a
     // null argument.
-    return -26;
+    return Codes::k_unsupported;
 }
 
 int CollectionInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<CollectionInfo>(source, OruType_t::Collection);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     if (that != this) {
         infos_ = that->infos_;
@@ -171,11 +172,11 @@ bool CollectionItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& ot
 int CollectionItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                      unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const from = OfType<CollectionItem>(source, OruType_t::Collection);
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     // Shared, not copied: a change through one collection shows through the
     // other, as callers of this family expect.
@@ -195,11 +196,11 @@ unsigned int CollectionItem::GetSerialDataSize() const {
 int CollectionItem::Serialize(SerialStruct_t* /*record*/) const {
     // No serial form, and -26 even for a null record: a composite holding a
     // collection writes ten zero bytes in its place.
-    return -26;
+    return Codes::k_unsupported;
 }
 
 int CollectionItem::Deserialize(ConstSerialStruct_t const* /*record*/) {
-    return -26;
+    return Codes::k_unsupported;
 }
 
 std::shared_ptr<ResultElem const> CollectionItem::Validate(

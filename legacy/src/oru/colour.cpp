@@ -8,6 +8,7 @@
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/traits.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
@@ -102,16 +103,16 @@ bool ColourInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& /*oth
 
 int ColourInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     // Nothing to merge, since colour bounds are not enforced.
-    return IsEqualType(other) ? 0 : -36;
+    return IsEqualType(other) ? Codes::k_ok : Codes::k_typeMismatch;
 }
 
 int ColourInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<ColourInfo>(source, OruType_t::Colour);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     // Exact comparison here, not the Items' tolerance.
     bool const differs = min_ != that->min_ || max_ != that->max_ || default_ != that->default_;
@@ -189,11 +190,11 @@ bool ColourItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other)
 int ColourItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                  unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const from = OfType<ColourItem>(source, OruType_t::Colour);
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const taken = !IsEqualVal_(from->value_);
     if (taken) {
@@ -212,7 +213,7 @@ unsigned int ColourItem::GetSerialDataSize() const {
 int ColourItem::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, k_colourSize);
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::PutColourComponent(payload, value_.a);
     Serial::PutColourComponent(payload + 4, value_.r);
@@ -325,11 +326,11 @@ bool OrientationItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& o
 int OrientationItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                       unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const from = OfType<OrientationItem>(source, OruType_t::Orientation);
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const taken = !IsEqualVal_(from->value_);
     if (taken) {
@@ -348,7 +349,7 @@ unsigned int OrientationItem::GetSerialDataSize() const {
 int OrientationItem::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, k_orientationSize);
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::PutColourComponent(payload, value_.bearing);
     Serial::PutColourComponent(payload + 4, value_.inclination);

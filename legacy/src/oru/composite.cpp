@@ -9,6 +9,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "children.h"
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
@@ -133,16 +134,16 @@ bool CompositeInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& ot
 int CompositeInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) {
     // Composite bounds are never merged, and callers rely on -26 even for a
     // null argument.
-    return -26;
+    return Codes::k_unsupported;
 }
 
 int CompositeInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<CompositeInfo>(source, OruType_t::Composite);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     if (that != this) {
         infos_ = that->infos_;
@@ -243,7 +244,7 @@ bool CompositeItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& oth
 int CompositeItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                     unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (changed) {
         *changed = false;
@@ -252,7 +253,7 @@ int CompositeItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& 
     ConstItemPtr const keep(source);
     auto const* const from = OfType<CompositeItem>(keep, OruType_t::Composite);
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     // The own children go before the source is read: assigning a composite
     // to itself empties it and still succeeds, as callers of this family know.
@@ -282,7 +283,7 @@ unsigned int CompositeItem::GetSerialDataSize() const {
 
 int CompositeItem::Serialize(SerialStruct_t* record) const {
     if (!record) {
-        return -41;
+        return Codes::k_invalid;
     }
     std::uint32_t const size = GetSerialDataSize();
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, size);
@@ -335,11 +336,11 @@ int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
         return code;
     }
     if (record->GetDataSize() < k_countSize) {
-        return -41;
+        return Codes::k_invalid;
     }
     DepthGuard const depth;
     if (depth.TooDeep()) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Reader reader(*record);
     unsigned int const count = reader.BigEndian<std::uint16_t>();
@@ -350,18 +351,18 @@ int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
     for (unsigned int i = 0; i < count; ++i) {
         unsigned char const* const header = reader.Take(k_childHeaderSize);
         if (!header) {
-            return -1;
+            return Codes::k_noSerialForm;
         }
         ConstSerialStruct_t child;
         child.SetHeader(Serial::GetBigEndian<std::uint32_t>(header),
                         Serial::GetBigEndian<std::uint32_t>(header + 4), header[8], header[9]);
         if (child.GetDataSize() > reader.Remaining()) {
-            return -1;
+            return Codes::k_noSerialForm;
         }
         child.data = reader.Position();
         ItemPtr item;
         if (ItemBase::Deserialize(&child, item) < 0 || !item) {
-            return -1;
+            return Codes::k_noSerialForm;
         }
         // The next record starts where the child says its payload ends, not
         // where the size field says: peers write records that are read this

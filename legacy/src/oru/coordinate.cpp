@@ -7,6 +7,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "geometry.h"
@@ -98,7 +99,7 @@ template <class T>
 int CoordinateInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<CoordinateInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     return MergePartBounds(x_, y_, that->x_, that->y_);
 }
@@ -107,10 +108,10 @@ template <class T>
 int CoordinateInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                    bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() != GetTypeStatic()) {
-        return -26;
+        return Codes::k_unsupported;
     }
     // The element type may differ: the scalars convert.
     boost::intrusive_ptr<InfoBase const> sourceX, sourceY;
@@ -118,7 +119,7 @@ int CoordinateInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& s
             sourceX = from.X();
             sourceY = from.Y();
         })) {
-        return -26;
+        return Codes::k_unsupported;
     }
     return AssignInfoParts(x_, y_, sourceX, sourceY, changed);
 }
@@ -207,7 +208,7 @@ template <class T>
 int RectInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<RectInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     return MergePartBounds(topLeft_, bottomRight_, that->topLeft_, that->bottomRight_);
 }
@@ -215,17 +216,17 @@ int RectInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) 
 template <class T>
 int RectInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() != GetTypeStatic()) {
-        return -26;
+        return Codes::k_unsupported;
     }
     boost::intrusive_ptr<InfoBase const> sourceTopLeft, sourceBottomRight;
     if (!VisitGeometry<RectInfo>(*source, [&](auto const& from) {
             sourceTopLeft = from.TopLeft();
             sourceBottomRight = from.BottomRight();
         })) {
-        return -26;
+        return Codes::k_unsupported;
     }
     return AssignInfoParts(topLeft_, bottomRight_, sourceTopLeft, sourceBottomRight, changed);
 }
@@ -291,17 +292,17 @@ template <class T>
 int CoordinateItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                         unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() != GetTypeStatic()) {
-        return -26;
+        return Codes::k_unsupported;
     }
     boost::intrusive_ptr<ItemBase const> sourceX, sourceY;
     if (!VisitGeometry<CoordinateItem>(*source, [&](auto const& from) {
             sourceX = from.X();
             sourceY = from.Y();
         })) {
-        return -26;
+        return Codes::k_unsupported;
     }
     return AssignItemParts(x_, y_, sourceX, sourceY, changed);
 }
@@ -315,7 +316,7 @@ template <class T>
 int CoordinateItem<T>::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Writer writer(payload);
     writer.Element<T>(x_->GetVal());
@@ -334,7 +335,7 @@ int CoordinateItem<T>::Deserialize(ConstSerialStruct_t const* record) {
     Element const x = reader.Element<T>();
     Element const y = reader.Element<T>();
     if (reader.Failed()) {
-        return -41;
+        return Codes::k_invalid;
     }
     x_->SetVal(x);
     y_->SetVal(y);
@@ -438,17 +439,17 @@ template <class T>
 int RectItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                   unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() != GetTypeStatic()) {
-        return -26;
+        return Codes::k_unsupported;
     }
     boost::intrusive_ptr<ItemBase const> sourceTopLeft, sourceBottomRight;
     if (!VisitGeometry<RectItem>(*source, [&](auto const& from) {
             sourceTopLeft = from.TopLeft();
             sourceBottomRight = from.BottomRight();
         })) {
-        return -26;
+        return Codes::k_unsupported;
     }
     return AssignItemParts(topLeft_, bottomRight_, sourceTopLeft, sourceBottomRight, changed);
 }
@@ -462,7 +463,7 @@ template <class T>
 int RectItem<T>::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Writer writer(payload);
     writer.Element<T>(topLeft_->X()->GetVal());
@@ -481,7 +482,7 @@ int RectItem<T>::Deserialize(ConstSerialStruct_t const* record) {
     // A longer payload is accepted and its rest ignored, as peers send it;
     // coordinates deliberately stay strict.
     if (record->GetDataSize() < GetSerialDataSize()) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Reader reader(*record);
     Element const left = reader.Element<T>();
@@ -489,7 +490,7 @@ int RectItem<T>::Deserialize(ConstSerialStruct_t const* record) {
     Element const right = reader.Element<T>();
     Element const bottom = reader.Element<T>();
     if (reader.Failed()) {
-        return -41;
+        return Codes::k_invalid;
     }
     topLeft_->SetValX(left);
     topLeft_->SetValY(top);

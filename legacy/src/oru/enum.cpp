@@ -8,6 +8,7 @@
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/traits.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "numericconv.h"
@@ -71,16 +72,16 @@ bool EnumInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other) 
 
 int EnumInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     // Nothing to merge in a table of names.
-    return IsEqualType(other) ? -26 : -36;
+    return IsEqualType(other) ? Codes::k_unsupported : Codes::k_typeMismatch;
 }
 
 int EnumInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<EnumInfo>(source, OruType_t::Enum);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool differs = false;
     if (that != this) {
@@ -137,7 +138,7 @@ int EnumInfo::SetTable(Table const& table) {
 int EnumInfo::SetDefault(int value) {
     // With no table there is nothing to compare with.
     if (!table_.empty() && !IsPresent(value)) {
-        return -23;
+        return Codes::k_notInValueSet;
     }
     default_ = value;
     return 0;
@@ -156,7 +157,7 @@ bool EnumInfo::IsEnabled(int value) const {
 int EnumInfo::GetElem(int value, ElemType<int>& element) const {
     Table::const_iterator it;
     if (!Find(value, it)) {
-        return -25;
+        return Codes::k_notFound;
     }
     element = *it;
     return 0;
@@ -165,7 +166,7 @@ int EnumInfo::GetElem(int value, ElemType<int>& element) const {
 int EnumInfo::GetElemName(int value, std::string& name) const {
     Table::const_iterator it;
     if (!Find(value, it)) {
-        return -25;
+        return Codes::k_notFound;
     }
     name = it->name;
     return 0;
@@ -174,7 +175,7 @@ int EnumInfo::GetElemName(int value, std::string& name) const {
 int EnumInfo::GetElemVal(std::string const& name, int& value) const {
     Table::const_iterator it;
     if (!Find(name, it)) {
-        return -25;
+        return Codes::k_notFound;
     }
     value = it->value;
     return 0;
@@ -183,7 +184,7 @@ int EnumInfo::GetElemVal(std::string const& name, int& value) const {
 int EnumInfo::AddElem(ElemType<int> const& element) {
     Table::const_iterator it;
     if (Find(element.value, it) || Find(element.name, it)) {
-        return -47;
+        return Codes::k_present;
     }
     table_.push_back(element);
     return 0;
@@ -192,7 +193,7 @@ int EnumInfo::AddElem(ElemType<int> const& element) {
 int EnumInfo::RemoveElem(int value) {
     Table::iterator it;
     if (!Find(value, it)) {
-        return -25;
+        return Codes::k_notFound;
     }
     table_.erase(it);
     return 0;
@@ -201,7 +202,7 @@ int EnumInfo::RemoveElem(int value) {
 int EnumInfo::EnableElem(int value) {
     Table::iterator it;
     if (!Find(value, it)) {
-        return -25;
+        return Codes::k_notFound;
     }
     it->disabled = false;
     return 0;
@@ -210,7 +211,7 @@ int EnumInfo::EnableElem(int value) {
 int EnumInfo::DisableElem(int value) {
     Table::iterator it;
     if (!Find(value, it)) {
-        return -25;
+        return Codes::k_notFound;
     }
     // A disabled default stays the default.
     it->disabled = true;
@@ -289,7 +290,7 @@ bool EnumItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other) c
 int EnumItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     // Bool, Enum, Numeric and NumericArray offer a number; names are never
     // looked up, so a String is refused like any other family.
@@ -314,7 +315,7 @@ unsigned int EnumItem::GetSerialDataSize() const {
 int EnumItem::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, 4);
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::PutBigEndian(payload, static_cast<std::uint32_t>(value_));
     return 0;

@@ -5,6 +5,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "validation.h"
@@ -54,16 +55,16 @@ bool ExtendedInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& /*o
 }
 
 int ExtendedInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) {
-    return -26;
+    return Codes::k_unsupported;
 }
 
 int ExtendedInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<ExtendedInfo>(source, OruType_t::Extended);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs = default_ != that->default_;
     if (differs) {
@@ -129,11 +130,11 @@ bool ExtendedItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& othe
 int ExtendedItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                    unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const from = OfType<ExtendedItem>(source, OruType_t::Extended);
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     return TakeValue(value_, from->value_, changed);
 }
@@ -145,11 +146,11 @@ unsigned int ExtendedItem::GetSerialDataSize() const {
 int ExtendedItem::Serialize(SerialStruct_t* /*record*/) const {
     // The family has no serial form; a composite holding one writes ten zero
     // bytes in its place.
-    return -1;
+    return Codes::k_noSerialForm;
 }
 
 int ExtendedItem::Deserialize(ConstSerialStruct_t const* /*record*/) {
-    return -1;
+    return Codes::k_noSerialForm;
 }
 
 std::shared_ptr<ResultElem const> ExtendedItem::Validate(

@@ -6,14 +6,10 @@
 #include <legacy/oru/genericcontainer.h>
 #include <vector>
 
+#include "codes.h"
+
 namespace Legacy {
 namespace Oru {
-
-namespace GenericContainerCodes {
-int const k_ok = 0;
-int const k_absent = -25;
-int const k_present = -51;
-}  // namespace GenericContainerCodes
 
 template <class T, class Ptr, class ConstPtr, class Id>
 GenericContainerImpl<T, Ptr, ConstPtr, Id>::GenericContainerImpl() = default;
@@ -51,12 +47,12 @@ template <class T, class Ptr, class ConstPtr, class Id>
 int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Add(Ptr const& element) {
     // A null element is no error here, unlike in the directory.
     if (!element) {
-        return GenericContainerCodes::k_ok;
+        return Codes::k_ok;
     }
     if (!elements_.template get<1>().insert(element).second) {
-        return GenericContainerCodes::k_present;
+        return Codes::k_idTaken;
     }
-    return GenericContainerCodes::k_ok;
+    return Codes::k_ok;
 }
 
 template <class T, class Ptr, class ConstPtr, class Id>
@@ -64,7 +60,7 @@ int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Add(std::vector<Ptr> const& elem
     auto const& byId = elements_.template get<1>();
     for (auto const& element : elements) {
         if (element && byId.find(GenericContainerKeys<T>::GetId(*element)) != byId.end()) {
-            return GenericContainerCodes::k_present;
+            return Codes::k_idTaken;
         }
     }
     // Ids are checked only against what was here before, so a repeated id in
@@ -86,7 +82,7 @@ int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Add(std::vector<Ptr> const& elem
         }
         throw;
     }
-    return GenericContainerCodes::k_ok;
+    return Codes::k_ok;
 }
 
 template <class T, class Ptr, class ConstPtr, class Id>
@@ -115,10 +111,10 @@ int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Remove(Id id) {
     auto& byId = elements_.template get<1>();
     auto const found = byId.find(id);
     if (found == byId.end()) {
-        return GenericContainerCodes::k_absent;
+        return Codes::k_notFound;
     }
     byId.erase(found);
-    return GenericContainerCodes::k_ok;
+    return Codes::k_ok;
 }
 
 template <class T, class Ptr, class ConstPtr, class Id>
@@ -126,13 +122,13 @@ int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Remove(std::vector<Id> const& id
     auto& byId = elements_.template get<1>();
     for (auto const& id : ids) {
         if (byId.find(id) == byId.end()) {
-            return GenericContainerCodes::k_absent;
+            return Codes::k_notFound;
         }
     }
     for (auto const& id : ids) {
         byId.erase(id);
     }
-    return GenericContainerCodes::k_ok;
+    return Codes::k_ok;
 }
 
 template <class T, class Ptr, class ConstPtr, class Id>
@@ -145,7 +141,7 @@ Ptr GenericContainerImpl<T, Ptr, ConstPtr, Id>::Get(Id const& id) const {
 template <class T, class Ptr, class ConstPtr, class Id>
 int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Get(Id const& id, Ptr& out) const {
     out = Get(id);
-    return out ? GenericContainerCodes::k_ok : GenericContainerCodes::k_absent;
+    return out ? Codes::k_ok : Codes::k_notFound;
 }
 
 template <class T, class Ptr, class ConstPtr, class Id>
@@ -157,11 +153,11 @@ int GenericContainerImpl<T, Ptr, ConstPtr, Id>::Get(std::vector<Id> const& ids,
     for (auto const& id : ids) {
         auto const found = byId.find(id);
         if (found == byId.end()) {
-            return GenericContainerCodes::k_absent;
+            return Codes::k_notFound;
         }
         out.push_back(*found);
     }
-    return GenericContainerCodes::k_ok;
+    return Codes::k_ok;
 }
 
 template <class T, class Ptr, class ConstPtr, class Id>

@@ -13,6 +13,7 @@
 #include <legacy/oru/itembase.h>
 #include <legacy/oru/types.h>
 
+#include "codes.h"
 #include "numericconv.h"
 
 namespace Legacy {
@@ -87,7 +88,7 @@ int AssignItemParts(Part const& first, Part const& second,
     int const firstCode = first->AssignArrayValue(sourceFirst, 0, &firstChanged);
     int const secondCode = second->AssignArrayValue(sourceSecond, 0, &secondChanged);
     if (firstCode < 0 || secondCode < 0) {
-        return -26;
+        return Codes::k_unsupported;
     }
     if (changed) {
         *changed = firstChanged || secondChanged;

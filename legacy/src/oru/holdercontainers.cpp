@@ -1,16 +1,9 @@
 #include <legacy/oru/holdercontainers.h>
 
+#include "codes.h"
+
 namespace Legacy {
 namespace Oru {
-
-namespace {
-
-int const kOk = 0;
-int const kAbsent = -25;
-int const kNullPointer = -32;
-int const kPresent = -47;
-
-}  // namespace
 
 InfoContainer& InfoContainer::operator=(InfoContainer const& other) {
     GenericContainer::operator=(other);
@@ -90,12 +83,12 @@ InfoItemHolderMap::~InfoItemHolderMap() = default;
 
 int InfoItemHolderMap::Insert(boost::intrusive_ptr<InfoItemHolder> const& holder) {
     if (!holder) {
-        return kNullPointer;
+        return Codes::k_nullPointer;
     }
     InfoBase const& info = *holder->GetInfoHolder()->GetInfo();
     auto const inserted = byId_.emplace(info.GetId(), holder);
     if (!inserted.second) {
-        return kPresent;
+        return Codes::k_present;
     }
     try {
         byName_.emplace(info.GetName(), holder);
@@ -103,13 +96,13 @@ int InfoItemHolderMap::Insert(boost::intrusive_ptr<InfoItemHolder> const& holder
         byId_.erase(inserted.first);
         throw;
     }
-    return kOk;
+    return Codes::k_ok;
 }
 
 int InfoItemHolderMap::Erase(unsigned int const& id) {
     auto const found = Find_(id);
     if (!found.first) {
-        return kAbsent;
+        return Codes::k_notFound;
     }
     // Copies, not references: the entry goes before the name map is walked.
     boost::intrusive_ptr<InfoItemHolder> const holder = found.second->second;
@@ -125,7 +118,7 @@ int InfoItemHolderMap::Erase(unsigned int const& id) {
             break;
         }
     }
-    return kOk;
+    return Codes::k_ok;
 }
 
 std::pair<bool, InfoItemHolderMap::IdMap::const_iterator> InfoItemHolderMap::Find(

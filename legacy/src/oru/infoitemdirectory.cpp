@@ -5,15 +5,12 @@
 #include <cstring>
 #include <typeinfo>
 
+#include "codes.h"
+
 namespace Legacy {
 namespace Oru {
 
 namespace {
-
-int const kOk = 0;
-int const kAbsent = -25;
-int const kNullPointer = -32;
-int const kMismatch = -41;
 
 // The two halves of a path being looked up, one pair per thread and reused,
 // so that a lookup by path allocates nothing once they hold the longest
@@ -102,7 +99,7 @@ void InfoItemDirectory::GetLeafSections(std::list<SectionId>& out) const {
 
 int InfoItemDirectory::AddInfo(boost::intrusive_ptr<InfoHolder const> const& info) {
     if (!info) {
-        return kNullPointer;
+        return Codes::k_nullPointer;
     }
     boost::intrusive_ptr<InfoItemHolder> const holder(new InfoItemHolder(info));
     int result = holderMap_->Insert(holder);
@@ -122,17 +119,17 @@ int InfoItemDirectory::AddInfo(boost::intrusive_ptr<InfoHolder const> const& inf
         return result;
     }
     InfoChanged_(boost::intrusive_ptr<InfoHolder const>(), holder);
-    return kOk;
+    return Codes::k_ok;
 }
 
 int InfoItemDirectory::SetInfo(boost::intrusive_ptr<InfoHolder const> const& info) {
     if (!info) {
-        return kNullPointer;
+        return Codes::k_nullPointer;
     }
     InfoBase const& replacement = *info->GetInfo();
     auto const* slot = FindSlot_(replacement.GetId());
     if (!slot) {
-        return kAbsent;
+        return Codes::k_notFound;
     }
     boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
     boost::intrusive_ptr<InfoHolder const> const oldInfo = holder->GetInfoHolder();
@@ -140,38 +137,38 @@ int InfoItemDirectory::SetInfo(boost::intrusive_ptr<InfoHolder const> const& inf
     if (replacement.GetId() != present.GetId() || replacement.GetName() != present.GetName() ||
         replacement.GetType() != present.GetType() ||
         replacement.GetNumericType() != present.GetNumericType()) {
-        return kMismatch;
+        return Codes::k_invalid;
     }
     holder->SetInfoHolder(info);
     InfoChanged_(oldInfo, holder);
-    return kOk;
+    return Codes::k_ok;
 }
 
 int InfoItemDirectory::SetItem(boost::intrusive_ptr<ItemHolder const> const& item) {
     // A null item is refused rather than read: no caller can mean it.
     if (!item) {
-        return kNullPointer;
+        return Codes::k_nullPointer;
     }
     ItemBase const& replacement = *item->GetItem();
     auto const* slot = FindSlot_(replacement.GetId());
     if (!slot) {
-        return kAbsent;
+        return Codes::k_notFound;
     }
     InfoBase const& present = *(*slot)->GetInfoHolder()->GetInfo();
     if (replacement.GetId() != present.GetId() || replacement.GetType() != present.GetType() ||
         replacement.GetNumericType() != present.GetNumericType()) {
-        return kMismatch;
+        return Codes::k_invalid;
     }
     if (PlainHooks(*this)) {
         (*slot)->SetItemHolder(item);
-        return kOk;
+        return Codes::k_ok;
     }
     // A hook gets the old Item and the slot, kept alive whatever it does.
     boost::intrusive_ptr<InfoItemHolder> const holder = *slot;
     boost::intrusive_ptr<ItemHolder const> const oldItem = holder->GetItemHolder();
     holder->SetItemHolder(item);
     ItemChanged_(oldItem, holder);
-    return kOk;
+    return Codes::k_ok;
 }
 
 boost::intrusive_ptr<InfoHolder const> InfoItemDirectory::FindInfo(unsigned int const& id) const {
@@ -257,7 +254,7 @@ int InfoItemDirectory::CollectIn_(InfoItemSectionId const& id, std::vector<Holde
             }
         }
     }
-    return kOk;
+    return Codes::k_ok;
 }
 
 int InfoItemDirectory::FindInfos(InfoItemSectionId const& id,
@@ -294,7 +291,7 @@ void InfoItemDirectory::GetAllInfoItems(
 int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> const& delta,
                                        bool updateInfos, bool updateItems) {
     if (!delta) {
-        return kNullPointer;
+        return Codes::k_nullPointer;
     }
     // Sections first, by packed id, so that parents come before children; then
     // Infos, then Items, so that one delta can carry a whole new setting.
@@ -315,7 +312,7 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
         }
     }
     if (!updateItems) {
-        return kOk;
+        return Codes::k_ok;
     }
     auto const& items = delta->GetItemHolderPtrMap_addMod();
     if (!PlainHooks(*this)) {
@@ -327,7 +324,7 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
                 return result;
             }
         }
-        return kOk;
+        return Codes::k_ok;
     }
     // The change set is sorted by id, as the id map is: walk both in step,
     // with the checks and codes of SetItem.
@@ -335,12 +332,12 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
     IdPosition at = end;
     for (auto entry = items.begin(); entry != items.end(); ++entry) {
         if (!entry->second) {
-            return kNullPointer;
+            return Codes::k_nullPointer;
         }
         ItemBase const& replacement = *entry->second->GetItem();
         at = NextOrFind(*holderMap_, at, end, replacement.GetId());
         if (at == end) {
-            return kAbsent;
+            return Codes::k_notFound;
         }
         // The walk waits on memory, not on instructions: ask for the next
         // Item and the next slot while this one is checked.
@@ -356,11 +353,11 @@ int InfoItemDirectory::UpdateFromDelta(std::shared_ptr<InfoItemDirectoryDelta> c
         InfoBase const& present = *slot.GetInfoHolder()->GetInfo();
         if (replacement.GetId() != present.GetId() || replacement.GetType() != present.GetType() ||
             replacement.GetNumericType() != present.GetNumericType()) {
-            return kMismatch;
+            return Codes::k_invalid;
         }
         slot.SetItemHolder(entry->second);
     }
-    return kOk;
+    return Codes::k_ok;
 }
 
 bool InfoItemDirectory::Empty() const {

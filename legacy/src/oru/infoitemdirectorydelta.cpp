@@ -1,15 +1,9 @@
 #include <legacy/oru/infoitemdirectorydelta.h>
 
+#include "codes.h"
+
 namespace Legacy {
 namespace Oru {
-
-namespace {
-
-int const kOk = 0;
-int const kNullPointer = -32;
-int const kPresent = -47;
-
-}  // namespace
 
 InfoItemDirectoryDelta::InfoItemDirectoryDelta() = default;
 
@@ -30,21 +24,22 @@ InfoItemDirectoryDelta& InfoItemDirectoryDelta::operator=(InfoItemDirectoryDelta
 InfoItemDirectoryDelta::~InfoItemDirectoryDelta() = default;
 
 int InfoItemDirectoryDelta::AddSection(SectionId const& sectionId) {
-    return sections_.emplace(sectionId.GetInfoItemSectionId(), sectionId).second ? kOk : kPresent;
+    return sections_.emplace(sectionId.GetInfoItemSectionId(), sectionId).second ? Codes::k_ok
+                                                                                 : Codes::k_present;
 }
 
 int InfoItemDirectoryDelta::AddInfo(boost::intrusive_ptr<InfoHolder const> const& info) {
     if (!info) {
-        return kNullPointer;
+        return Codes::k_nullPointer;
     }
-    return infos_.emplace(info->GetInfo()->GetId(), info).second ? kOk : kPresent;
+    return infos_.emplace(info->GetInfo()->GetId(), info).second ? Codes::k_ok : Codes::k_present;
 }
 
 int InfoItemDirectoryDelta::AddItem(boost::intrusive_ptr<ItemHolder const> const& item) {
     if (!item) {
-        return kNullPointer;
+        return Codes::k_nullPointer;
     }
-    return items_.emplace(item->GetItem()->GetId(), item).second ? kOk : kPresent;
+    return items_.emplace(item->GetItem()->GetId(), item).second ? Codes::k_ok : Codes::k_present;
 }
 
 bool InfoItemDirectoryDelta::Empty() const {

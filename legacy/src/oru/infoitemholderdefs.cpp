@@ -5,18 +5,14 @@
 #include <vintor/codelocation.h>
 #include <vintor/exception.h>
 
+#include "codes.h"
+
 namespace Legacy {
 namespace Oru {
 
-namespace {
-
-int const kNullPointer = -32;
-
-}  // namespace
-
 InfoHolder::InfoHolder(boost::intrusive_ptr<InfoBase> const& info) : info_(info) {
     if (!info_) {
-        throw Vintor::LogicError(kNullPointer, "Null Info Pointer",
+        throw Vintor::LogicError(Codes::k_nullPointer, "Null Info Pointer",
                                  Vintor::CodeLocation(__FILE__, __func__, __LINE__));
     }
 }
@@ -41,7 +37,7 @@ InfoHolder* InfoHolder::Clone() const {
 
 ItemHolder::ItemHolder(boost::intrusive_ptr<ItemBase> const& item) : item_(item) {
     if (!item_) {
-        throw Vintor::LogicError(kNullPointer, "Null Item Pointer",
+        throw Vintor::LogicError(Codes::k_nullPointer, "Null Item Pointer",
                                  Vintor::CodeLocation(__FILE__, __func__, __LINE__));
     }
 }
@@ -61,7 +57,7 @@ InfoItemHolder::InfoItemHolder(boost::intrusive_ptr<InfoHolder const> const& inf
     if (!infoHolder_) {
         // File, function and line are those callers have always matched on.
         throw Vintor::LogicError(
-            kNullPointer, "Null InfoHolder Pointer",
+            Codes::k_nullPointer, "Null InfoHolder Pointer",
             Vintor::CodeLocation("legacy/include/legacy/oru/infoitemholderdefs",
                                  "Legacy::Oru::InfoItemHolder::InfoItemHolder", 273));
     }

@@ -19,6 +19,7 @@
 #include <legacy/oru/stringarray.h>
 #include <legacy/oru/stringvalue.h>
 
+#include "codes.h"
 #include "serialcodec.h"
 #include "texts.h"
 #include "typetext.h"
@@ -258,11 +259,11 @@ Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
 
 int ItemBase::Deserialize(ConstSerialStruct_t const* record, boost::intrusive_ptr<ItemBase>& item) {
     if (!record) {
-        return -32;
+        return Codes::k_nullPointer;
     }
     Factory const factory = FindFactory(record->type, record->numericType);
     if (!factory) {
-        return -41;
+        return Codes::k_invalid;
     }
     item.reset(factory(Serial::HostToNet32(record->id)));
     return item->Deserialize(record);

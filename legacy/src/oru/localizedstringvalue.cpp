@@ -5,6 +5,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 
@@ -66,17 +67,17 @@ bool LocalizedStringInfo::IsEqualBounds(
 }
 
 int LocalizedStringInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& /*other*/) {
-    return -26;
+    return Codes::k_unsupported;
 }
 
 int LocalizedStringInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                      bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<LocalizedStringInfo>(source, OruType_t::LocalizedString);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs = default_ != that->default_;
     if (differs) {
@@ -130,11 +131,11 @@ bool LocalizedStringItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> cons
 int LocalizedStringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                           unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const from = OfType<LocalizedStringItem>(source, OruType_t::LocalizedString);
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     return TakeValue(value_, from->value_, changed);
 }
@@ -146,12 +147,12 @@ unsigned int LocalizedStringItem::GetSerialDataSize() const {
 int LocalizedStringItem::Serialize(SerialStruct_t* /*record*/) const {
     // No serial form: -26 even for a null record, where other families say
     // -41; callers tell "cannot" from "bad argument" by it.
-    return -26;
+    return Codes::k_unsupported;
 }
 
 int LocalizedStringItem::Deserialize(ConstSerialStruct_t const* /*record*/) {
     // No serial form, also for a null record (-26, not -32).
-    return -26;
+    return Codes::k_unsupported;
 }
 
 std::shared_ptr<ResultElem const> LocalizedStringItem::Validate(

@@ -6,6 +6,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "numericconv.h"
@@ -80,10 +81,10 @@ template <class T>
 int NumericInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<NumericInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     if (that->min_ > max_ || min_ > that->max_) {
-        return -55;
+        return Codes::k_disjoint;
     }
     // The default is left alone, even outside the new range.
     min_ = min_ < that->min_ ? that->min_ : min_;
@@ -94,10 +95,10 @@ int NumericInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& othe
 template <class T>
 int NumericInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() != OruType_t::Numeric) {
-        return -26;
+        return Codes::k_unsupported;
     }
     Element newDefault{}, newMax{}, newMin{};
     bool read = false;
@@ -111,7 +112,7 @@ int NumericInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& sour
         }
     });
     if (!read) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs =
         !T::IsEqual(default_, newDefault) || !T::IsEqual(max_, newMax) || !T::IsEqual(min_, newMin);
@@ -225,7 +226,7 @@ template <class T>
 int NumericItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                      unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     SourceNumber number;
     int const code = ReadSourceNumber(*source, index, number);
@@ -250,7 +251,7 @@ template <class T>
 int NumericItem<T>::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, T::k_serialWidth);
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::PutElement<T>(payload, value_);
     return 0;

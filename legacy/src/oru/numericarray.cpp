@@ -10,6 +10,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "arraysize.h"
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "numericconv.h"
@@ -33,7 +34,7 @@ int AssignFromRectArrayInfo(boost::intrusive_ptr<InfoBase const> const& source,
                                  ? dynamic_cast<RectArrayInfo<U16Traits> const*>(source.get())
                                  : nullptr;
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool differs =
         ArraySize::Assign(minSize, maxSize, 4 * from->GetMinSize(), 4 * from->GetMaxSize());
@@ -138,7 +139,7 @@ template <class T>
 int NumericArrayInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<NumericArrayInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     return ArraySize::Merge(minSize_, maxSize_, that->minSize_, that->maxSize_);
 }
@@ -147,13 +148,13 @@ template <class T>
 int NumericArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                      bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() == OruType_t::RectArray) {
         return AssignFromRectArrayInfo(source, minSize_, maxSize_, min_, max_, default_, changed);
     }
     if (source->GetType() != OruType_t::NumericArray) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool read = false;
     bool differs = false;
@@ -183,7 +184,7 @@ int NumericArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const&
         min_ = min;
     });
     if (!read) {
-        return -26;
+        return Codes::k_unsupported;
     }
     if (changed) {
         *changed = differs;
@@ -299,7 +300,7 @@ template <class T>
 int NumericArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                           unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     bool differs = false;
     if (source->GetType() == OruType_t::NumericArray) {
@@ -326,7 +327,7 @@ int NumericArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> c
             }
         });
         if (!read) {
-            return -26;
+            return Codes::k_unsupported;
         }
     } else if (source->GetType() == OruType_t::Rectangle) {
         // Four numbers from index on, growing the array with zeros.
@@ -350,7 +351,7 @@ int NumericArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> c
                                      ? dynamic_cast<RectArrayItem<U16Traits> const*>(source.get())
                                      : nullptr;
         if (!from) {
-            return -26;
+            return Codes::k_unsupported;
         }
         std::size_t const count = 4 * from->Val().size();
         if (value_.size() != count) {
@@ -399,11 +400,11 @@ template <class T>
 int NumericArrayItem<T>::Serialize(SerialStruct_t* record) const {
     // The size field holds 32 bits; a larger array has no serial form.
     if (value_.size() > std::numeric_limits<std::uint32_t>::max() / T::k_serialWidth) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     // Indexed, without a moving cursor: the loop vectorises for the integers.
     std::size_t const count = value_.size();
@@ -422,7 +423,7 @@ int NumericArrayItem<T>::Deserialize(ConstSerialStruct_t const* record) {
     }
     std::uint32_t const size = record->GetDataSize();
     if (size % T::k_serialWidth != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     // The count comes from the payload's own size, so the allocation is bounded
     // by the bytes the record holds; the old value stays until all are read.
@@ -507,7 +508,7 @@ template <class T>
 int NumericArrayItem<T>::SetVal(std::vector<Element> const& value,
                                 NumericArrayInfo<T> const& info) {
     if (value.size() < info.GetMinSize() || value.size() > info.GetMaxSize()) {
-        return -37;
+        return Codes::k_sizeOutOfRange;
     }
     value_ = value;
     return 0;

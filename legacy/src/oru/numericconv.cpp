@@ -1,4 +1,5 @@
 #include "numericconv.h"
+#include "codes.h"
 
 #include <legacy/oru/bool.h>
 #include <legacy/oru/coordinate.h>
@@ -17,7 +18,7 @@ int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& o
             // 1 or 0; a single flag has no index to look at.
             auto const* const from = dynamic_cast<BoolItem const*>(&source);
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             out.Set<U8Traits>(from->GetVal() ? 1 : 0);
             return 0;
@@ -25,7 +26,7 @@ int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& o
         case OruType_t::Enum: {
             auto const* const from = dynamic_cast<EnumItem const*>(&source);
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             out.Set<S32Traits>(from->GetVal());
             return 0;
@@ -39,10 +40,10 @@ int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& o
                     read = true;
                 }
             });
-            return read ? 0 : -26;
+            return read ? Codes::k_ok : Codes::k_unsupported;
         }
         case OruType_t::NumericArray: {
-            int code = -26;
+            int code = Codes::k_unsupported;
             VisitNumericType(source.GetNumericType(), [&](auto tag) {
                 using S = typename decltype(tag)::Traits;
                 if (auto const* const from = dynamic_cast<NumericArrayItem<S> const*>(&source)) {
@@ -50,20 +51,20 @@ int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& o
                         out.Set<S>(from->Val()[index]);
                         code = 0;
                     } else {
-                        code = -41;
+                        code = Codes::k_invalid;
                     }
                 }
             });
             return code;
         }
         default:
-            return -26;
+            return Codes::k_unsupported;
     }
 }
 
 int ReadSourceRectangle(ItemBase const& source, SourceNumber (&out)[4]) {
     if (source.GetType() != OruType_t::Rectangle) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const read = VisitGeometry<RectItem>(source, [&](auto const& from) {
         using S = typename std::decay_t<decltype(from)>::Traits;
@@ -72,7 +73,7 @@ int ReadSourceRectangle(ItemBase const& source, SourceNumber (&out)[4]) {
         out[2].Set<S>(from.BottomRight()->X()->GetVal());
         out[3].Set<S>(from.BottomRight()->Y()->GetVal());
     });
-    return read ? 0 : -26;
+    return read ? Codes::k_ok : Codes::k_unsupported;
 }
 
 }  // namespace Oru

@@ -6,6 +6,7 @@
 
 #include <legacy/oru/resultelem.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "numericconv.h"
@@ -77,17 +78,17 @@ bool NumericSparseInfo<T>::IsEqualBounds(boost::intrusive_ptr<InfoBase const> co
 template <class T>
 int NumericSparseInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     // Tables do not merge; a fitting Info hears that the operation is missing.
-    return IsEqualType(other) ? -26 : -36;
+    return IsEqualType(other) ? Codes::k_unsupported : Codes::k_typeMismatch;
 }
 
 template <class T>
 int NumericSparseInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                       bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() != OruType_t::NumericSparse) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool read = false;
     bool differs = false;
@@ -113,7 +114,7 @@ int NumericSparseInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const
         default_ = next;
     });
     if (!read) {
-        return -26;
+        return Codes::k_unsupported;
     }
     if (changed) {
         *changed = differs;
@@ -163,7 +164,7 @@ bool NumericSparseInfo<T>::IsPresent(Element value) const {
 template <class T>
 int NumericSparseInfo<T>::SetDefault(Element value) {
     if (!IsPresent(value)) {
-        return -23;
+        return Codes::k_notInValueSet;
     }
     default_ = value;
     return 0;
@@ -220,10 +221,10 @@ template <class T>
 int NumericSparseItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                            unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() != OruType_t::NumericSparse) {
-        return -26;
+        return Codes::k_unsupported;
     }
     // Only a source of this T has a defined outcome; one of another element
     // type is converted as the other numeric families convert, rather than
@@ -238,7 +239,7 @@ int NumericSparseItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> 
         }
     });
     if (!read) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs = T::IsChanged(value_, next);
     value_ = next;
@@ -257,7 +258,7 @@ template <class T>
 int NumericSparseItem<T>::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, T::k_serialWidth);
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::PutElement<T>(payload, value_);
     return 0;

@@ -10,6 +10,7 @@
 #include <legacy/oru/resultelem.h>
 
 #include "arraysize.h"
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "geometry.h"
@@ -96,7 +97,7 @@ template <class T>
 int RectArrayInfo<T>::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<RectArrayInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     return MergePartBounds(topLeft_, bottomRight_, that->topLeft_, that->bottomRight_);
 }
@@ -105,12 +106,12 @@ template <class T>
 int RectArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                   bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     if (source->GetType() == OruType_t::RectArray) {
         auto const* const from = dynamic_cast<RectArrayInfo const*>(source.get());
         if (!from) {
-            return -26;
+            return Codes::k_unsupported;
         }
         bool cornersChanged = false;
         int const code = AssignInfoParts(topLeft_, bottomRight_, from->topLeft_, from->bottomRight_,
@@ -127,9 +128,9 @@ int RectArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& so
         return 0;
     }
     if (source->GetType() != OruType_t::NumericArray) {
-        return -26;
+        return Codes::k_unsupported;
     }
-    int code = -26;
+    int code = Codes::k_unsupported;
     VisitNumericType(source->GetNumericType(), [&](auto tag) {
         using S = typename decltype(tag)::Traits;
         using SourceElement = typename S::Element;
@@ -141,7 +142,7 @@ int RectArrayInfo<T>::AssignValue(boost::intrusive_ptr<InfoBase const> const& so
         // Only whole rectangles fold back; nothing changes otherwise.
         if (from->GetMinSize() % 4 != 0 || from->GetMaxSize() % 4 != 0 ||
             (defaults.size() != 0 && defaults.size() != 4)) {
-            code = -41;
+            code = Codes::k_invalid;
             return;
         }
         code = 0;
@@ -262,7 +263,7 @@ template <class T>
 int RectArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                        unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     bool differs = false;
     switch (source->GetType()) {
@@ -270,7 +271,7 @@ int RectArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> cons
             // Known element types only, so that nothing grows for a source
             // that cannot be read.
             if (!VisitGeometry<RectItem>(*source, [](auto const&) {})) {
-                return -26;
+                return Codes::k_unsupported;
             }
             if (value_.size() < static_cast<std::size_t>(index) + 1) {
                 differs = ResizeArray_(static_cast<unsigned long long>(index) + 1);
@@ -279,7 +280,7 @@ int RectArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> cons
             // RectItem assigns them: a failing corner answers -26.
             bool rectChanged = false;
             if (value_[index].AssignArrayValue(source, 0, &rectChanged) < 0) {
-                return -26;
+                return Codes::k_unsupported;
             }
             differs = differs || rectChanged;
             break;
@@ -287,7 +288,7 @@ int RectArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> cons
         case OruType_t::RectArray: {
             auto const* const from = dynamic_cast<RectArrayItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             differs = ResizeArray_(from->value_.size());
             for (std::size_t i = 0; i < value_.size(); ++i) {
@@ -298,14 +299,14 @@ int RectArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> cons
                 if (rect.TopLeft()->AssignArrayValue(next.TopLeft(), 0, &topLeftChanged) < 0 ||
                     rect.BottomRight()->AssignArrayValue(next.BottomRight(), 0,
                                                          &bottomRightChanged) < 0) {
-                    return -26;
+                    return Codes::k_unsupported;
                 }
                 differs = differs || topLeftChanged || bottomRightChanged;
             }
             break;
         }
         case OruType_t::NumericArray: {
-            int code = -26;
+            int code = Codes::k_unsupported;
             VisitNumericType(source->GetNumericType(), [&](auto tag) {
                 using S = typename decltype(tag)::Traits;
                 auto const* const from = dynamic_cast<NumericArrayItem<S> const*>(source.get());
@@ -314,7 +315,7 @@ int RectArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> cons
                 }
                 auto const& numbers = from->Val();
                 if (numbers.size() % 4 != 0) {
-                    code = -41;
+                    code = Codes::k_invalid;
                     return;
                 }
                 code = 0;
@@ -333,7 +334,7 @@ int RectArrayItem<T>::AssignArrayValue(boost::intrusive_ptr<ItemBase const> cons
             break;
         }
         default:
-            return -26;
+            return Codes::k_unsupported;
     }
     if (changed) {
         *changed = differs;
@@ -350,11 +351,11 @@ template <class T>
 int RectArrayItem<T>::Serialize(SerialStruct_t* record) const {
     // The size field holds 32 bits; a longer list has no serial form.
     if (value_.size() > std::numeric_limits<std::uint32_t>::max() / k_rectBytes) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Writer writer(payload);
     for (RectItem<T> const& rect : value_) {
@@ -374,7 +375,7 @@ int RectArrayItem<T>::Deserialize(ConstSerialStruct_t const* record) {
     }
     std::uint32_t const size = record->GetDataSize();
     if (size % k_rectBytes != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     // The count comes from the bytes present; the old value stays until all
     // rectangles are read.
@@ -388,7 +389,7 @@ int RectArrayItem<T>::Deserialize(ConstSerialStruct_t const* record) {
         rect.BottomRight()->SetValX(reader.Element<T>());
         rect.BottomRight()->SetValY(reader.Element<T>());
         if (reader.Failed()) {
-            return -41;
+            return Codes::k_invalid;
         }
         decoded.push_back(rect);
     }
@@ -464,7 +465,7 @@ std::ostream& RectArrayItem<T>::operator<<(std::ostream& out) const {
 template <class T>
 int RectArrayItem<T>::SetVal(Rects const& value, RectArrayInfo<T> const& info) {
     if (value.size() < info.GetMinSize() || value.size() > info.GetMaxSize()) {
-        return -37;
+        return Codes::k_sizeOutOfRange;
     }
     if (&value != &value_) {
         value_ = value;

@@ -5,11 +5,11 @@ namespace Oru {
 
 namespace {
 
-unsigned int const kCleared = 0xFFFFFFFFu;
-unsigned int const kFieldMask = 0x3Fu;
-unsigned int const kWildcardField = 0x3Fu;
-unsigned int const kDepthShift = 30;
-unsigned int const kLevelBits = 0x3FFFFFFFu;  // everything below the depth code
+unsigned int const k_cleared = 0xFFFFFFFFu;
+unsigned int const k_fieldMask = 0x3Fu;
+unsigned int const k_wildcardField = 0x3Fu;
+unsigned int const k_depthShift = 30;
+unsigned int const k_levelBits = 0x3FFFFFFFu;  // everything below the depth code
 
 // Position of the lowest bit of the 6-bit field of `level` (1 to 4).
 unsigned int FieldShift(std::size_t level) {
@@ -23,11 +23,11 @@ unsigned int InfoMask(std::size_t depth) {
 }
 
 unsigned int DepthOf(unsigned int raw) {
-    return (raw >> kDepthShift) + 1u;
+    return (raw >> k_depthShift) + 1u;
 }
 
 unsigned int OwnField(unsigned int raw) {
-    return (raw >> FieldShift(DepthOf(raw))) & kFieldMask;
+    return (raw >> FieldShift(DepthOf(raw))) & k_fieldMask;
 }
 
 bool InfoAllOnes(unsigned int raw) {
@@ -40,28 +40,28 @@ bool InfoAllOnes(unsigned int raw) {
 InfoItemSectionId::InfoItemSectionId(unsigned int const& id) : id_(id) {}
 
 InfoItemSectionId InfoItemSectionId::CreateLevel1SectionId(unsigned char const& subsectionId) {
-    return InfoItemSectionId(((subsectionId & kFieldMask) << FieldShift(1)) | InfoMask(1));
+    return InfoItemSectionId(((subsectionId & k_fieldMask) << FieldShift(1)) | InfoMask(1));
 }
 
 InfoItemSectionId InfoItemSectionId::CreateSectionId(unsigned char const& subsectionId) const {
     std::size_t const depth = Depth();
     if (depth == k_maxDepth) {
-        return InfoItemSectionId(kCleared);
+        return InfoItemSectionId(k_cleared);
     }
     std::size_t const level = depth + 1;
     unsigned int const shift = FieldShift(level);
     // Neither this id nor the number is checked: the section map validates
     // the result through SectionId, and 63 is how a wildcard is made.
-    unsigned int value = id_ & kLevelBits & ~((kFieldMask << shift) | InfoMask(level));
-    value |= static_cast<unsigned int>(depth) << kDepthShift;
-    value |= (subsectionId & kFieldMask) << shift;
+    unsigned int value = id_ & k_levelBits & ~((k_fieldMask << shift) | InfoMask(level));
+    value |= static_cast<unsigned int>(depth) << k_depthShift;
+    value |= (subsectionId & k_fieldMask) << shift;
     value |= InfoMask(level);
     return InfoItemSectionId(value);
 }
 
 InfoItemSectionId InfoItemSectionId::CreateInfoItemId(std::size_t const& infoItemId) const {
     if (!IsValid()) {
-        return InfoItemSectionId(kCleared);
+        return InfoItemSectionId(k_cleared);
     }
     unsigned int const mask = InfoMask(Depth());
     return InfoItemSectionId((id_ & ~mask) | (static_cast<unsigned int>(infoItemId) & mask));
@@ -69,12 +69,12 @@ InfoItemSectionId InfoItemSectionId::CreateInfoItemId(std::size_t const& infoIte
 
 InfoItemSectionId InfoItemSectionId::GetSectionId(std::size_t level) const {
     if (!IsValid() || level == 0 || level > Depth()) {
-        return InfoItemSectionId(kCleared);
+        return InfoItemSectionId(k_cleared);
     }
     // Keep the fields of levels 1 to `level`, then stamp that depth and an
     // all-ones info-item field.
-    unsigned int const keep = kLevelBits & ~InfoMask(level);
-    unsigned int const depthCode = static_cast<unsigned int>(level - 1) << kDepthShift;
+    unsigned int const keep = k_levelBits & ~InfoMask(level);
+    unsigned int const depthCode = static_cast<unsigned int>(level - 1) << k_depthShift;
     return InfoItemSectionId((id_ & keep) | depthCode | InfoMask(level));
 }
 
@@ -82,7 +82,7 @@ unsigned char InfoItemSectionId::GetSubsectionId(std::size_t level) const {
     if (!IsValid() || level == 0 || level > Depth()) {
         return 255;
     }
-    return static_cast<unsigned char>((id_ >> FieldShift(level)) & kFieldMask);
+    return static_cast<unsigned char>((id_ >> FieldShift(level)) & k_fieldMask);
 }
 
 unsigned char InfoItemSectionId::GetInfoItemSubsectionId() const {
@@ -90,7 +90,7 @@ unsigned char InfoItemSectionId::GetInfoItemSubsectionId() const {
         return 255;
     }
     if (Depth() == k_maxDepth) {
-        return static_cast<unsigned char>(id_ & kFieldMask);
+        return static_cast<unsigned char>(id_ & k_fieldMask);
     }
     // Only the low byte of the wider fields: the info number allocation of the
     // section map depends on this narrowing.
@@ -98,7 +98,7 @@ unsigned char InfoItemSectionId::GetInfoItemSubsectionId() const {
 }
 
 void InfoItemSectionId::Clear() {
-    id_ = kCleared;
+    id_ = k_cleared;
 }
 
 InfoItemSectionId::operator unsigned int() const {
@@ -130,7 +130,7 @@ std::size_t InfoItemSectionId::MaxDepth() {
 }
 
 std::size_t InfoItemSectionId::MaxSubsectionPerSubsection() {
-    return kWildcardField - 1;
+    return k_wildcardField - 1;
 }
 
 std::size_t InfoItemSectionId::MaxNumInfoItemsInSection() const {
@@ -138,22 +138,22 @@ std::size_t InfoItemSectionId::MaxNumInfoItemsInSection() const {
 }
 
 bool InfoItemSectionId::IsValid() const {
-    return OwnField(id_) != kWildcardField || InfoAllOnes(id_);
+    return OwnField(id_) != k_wildcardField || InfoAllOnes(id_);
 }
 
 bool InfoItemSectionId::IsValidSectionId() const {
-    return OwnField(id_) != kWildcardField && InfoAllOnes(id_);
+    return OwnField(id_) != k_wildcardField && InfoAllOnes(id_);
 }
 
 bool InfoItemSectionId::IsValidInfoItemId() const {
-    return OwnField(id_) != kWildcardField && !InfoAllOnes(id_);
+    return OwnField(id_) != k_wildcardField && !InfoAllOnes(id_);
 }
 
 bool InfoItemSectionId::IsValidWildcardSectionId() const {
-    return OwnField(id_) == kWildcardField && InfoAllOnes(id_);
+    return OwnField(id_) == k_wildcardField && InfoAllOnes(id_);
 }
 
-SectionId::SectionId() : id_(kCleared), valid_(false) {}
+SectionId::SectionId() : id_(k_cleared), valid_(false) {}
 
 SectionId::SectionId(std::string const& sectionName, InfoItemSectionId const& id)
     : sectionName_(sectionName), id_(id), valid_(false) {

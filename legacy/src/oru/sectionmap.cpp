@@ -2,23 +2,18 @@
 
 #include <string_view>
 
+#include "codes.h"
+
 namespace Legacy {
 namespace Oru {
 
 namespace {
 
-int const kOk = 0;
-int const kUsedUp = -22;
-int const kNotFound = -25;
-int const kNullElement = -32;
-int const kMalformed = -41;
-int const kTaken = -47;
-
-unsigned int const kCleared = 0xFFFFFFFFu;
-unsigned char const kNoSubsection = 255;
+unsigned int const k_cleared = 0xFFFFFFFFu;
+unsigned char const k_noSubsection = 255;
 
 bool IsCleared(InfoItemSectionId const& id) {
-    return static_cast<unsigned int>(id) == kCleared;
+    return static_cast<unsigned int>(id) == k_cleared;
 }
 
 // One path step: the first component of `name` after one optional leading
@@ -51,7 +46,7 @@ int WalkPath(SectionMapElement const*& node, std::string_view path, Children chi
         std::string_view component;
         SplitStep(path, component, path);
         if (component.empty()) {
-            return kMalformed;
+            return Codes::k_invalid;
         }
         // clear and append: cheaper than assign, which allows for overlap.
         head.clear();
@@ -59,14 +54,14 @@ int WalkPath(SectionMapElement const*& node, std::string_view path, Children chi
         auto const& byName = (*node).*children;
         auto const found = byName.find(head);
         if (found == byName.end()) {
-            return kNotFound;
+            return Codes::k_notFound;
         }
         if (!found->second) {
-            return kNullElement;
+            return Codes::k_nullPointer;
         }
         node = found->second.get();
     }
-    return kOk;
+    return Codes::k_ok;
 }
 
 }  // namespace
@@ -127,34 +122,34 @@ int SectionMapElement::FindNextSectionMapElement_(std::string name, std::string&
     std::string head;
     ParseSectionName_(name, head, rest);
     if (head.empty()) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     auto const found = subsectionsByName_.find(head);
     if (found == subsectionsByName_.end()) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     if (!found->second) {
-        return kNullElement;
+        return Codes::k_nullPointer;
     }
     next = found->second;
-    return kOk;
+    return Codes::k_ok;
 }
 
 int SectionMapElement::FindNextSectionMapElement_(InfoItemSectionId const& id,
                                                   std::shared_ptr<SectionMapElement>& next) const {
     unsigned char const number = id.GetSubsectionId(Depth_() + 1);
-    if (number == kNoSubsection) {
-        return kMalformed;
+    if (number == k_noSubsection) {
+        return Codes::k_invalid;
     }
     auto const found = subsectionsByNumber_.find(number);
     if (found == subsectionsByNumber_.end()) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     if (!found->second) {
-        return kNullElement;
+        return Codes::k_nullPointer;
     }
     next = found->second;
-    return kOk;
+    return Codes::k_ok;
 }
 
 int SectionMapElement::AddNewSectionMapElement_(SectionId const& sectionId,
@@ -162,11 +157,11 @@ int SectionMapElement::AddNewSectionMapElement_(SectionId const& sectionId,
     std::size_t const depth = sectionId.GetSectionDepth();
     std::string const name = sectionId.GetSubsectionName(depth);
     if (name.empty()) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     unsigned char const number = sectionId.GetSubsectionId(depth);
-    if (number == kNoSubsection) {
-        return kMalformed;
+    if (number == k_noSubsection) {
+        return Codes::k_invalid;
     }
     auto const byName = subsectionsByName_.find(name);
     auto const byId = subsectionsByNumber_.find(number);
@@ -184,40 +179,40 @@ int SectionMapElement::AddNewSectionMapElement_(SectionId const& sectionId,
             throw;
         }
         out = child;
-        return kOk;
+        return Codes::k_ok;
     }
     if (!nameNew && !idNew && byName->second == byId->second) {
         out = byName->second;
-        return kOk;
+        return Codes::k_ok;
     }
-    return kTaken;
+    return Codes::k_present;
 }
 
 int SectionMapElement::AddSection_(std::string const& name, SectionId& out) {
     if (name.empty()) {
         if (isRoot_) {
-            return kMalformed;
+            return Codes::k_invalid;
         }
         out = sectionId_;
-        return kOk;
+        return Codes::k_ok;
     }
     std::string head;
     std::string rest;
     ParseSectionName_(name, head, rest);
     if (head.empty()) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     std::shared_ptr<SectionMapElement> child;
     auto const found = subsectionsByName_.find(head);
     if (found != subsectionsByName_.end()) {
         child = found->second;
         if (!child) {
-            return kNullElement;
+            return Codes::k_nullPointer;
         }
         if (rest.empty()) {
             // The caller learns the section was there, and gets it.
             out = child->sectionId_;
-            return kTaken;
+            return Codes::k_present;
         }
     } else {
         // Numbers rise from 0; the holes left by explicitly numbered
@@ -235,7 +230,7 @@ int SectionMapElement::AddSection_(std::string const& name, SectionId& out) {
                     ++number;
                 }
                 if (number > maxNumber) {
-                    return kUsedUp;
+                    return Codes::k_exhausted;
                 }
             }
         }
@@ -248,7 +243,7 @@ int SectionMapElement::AddSection_(std::string const& name, SectionId& out) {
             return result;
         }
         if (!child) {
-            return kNullElement;
+            return Codes::k_nullPointer;
         }
     }
     return child->AddSection_(rest, out);
@@ -256,20 +251,20 @@ int SectionMapElement::AddSection_(std::string const& name, SectionId& out) {
 
 int SectionMapElement::AddSection_(SectionId const& sectionId) {
     if (sectionId == SectionId()) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     // An existing section is a success: change sets add sections that may
     // already be there.
     if (sectionId == sectionId_) {
-        return kOk;
+        return Codes::k_ok;
     }
     std::size_t const depth = Depth_();
     if (sectionId.GetSectionDepth() <= depth) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     if (!isRoot_ && (sectionId.GetSectionName(depth) != sectionId_.GetSectionName() ||
                      sectionId.GetInfoItemSectionId(depth) != sectionId_.GetInfoItemSectionId())) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     SectionId const next(sectionId.GetSectionName(depth + 1),
                          sectionId.GetInfoItemSectionId(depth + 1));
@@ -279,7 +274,7 @@ int SectionMapElement::AddSection_(SectionId const& sectionId) {
         return result;
     }
     if (!child) {
-        return kNullElement;
+        return Codes::k_nullPointer;
     }
     return child->AddSection_(sectionId);
 }
@@ -291,23 +286,23 @@ int SectionMapElement::FindSection_(std::string const& name, SectionId& out) con
         return result;
     }
     if (node->isRoot_) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     out = node->sectionId_;
-    return kOk;
+    return Codes::k_ok;
 }
 
 int SectionMapElement::FindSection_(InfoItemSectionId const& id, SectionId& out) const {
     std::size_t const depth = Depth_();
     if (IsCleared(id) || id.Depth() < depth) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     if (!isRoot_ && id.GetSectionId(depth) != sectionId_.GetInfoItemSectionId()) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     if (id.Depth() == depth) {
         out = sectionId_;
-        return kOk;
+        return Codes::k_ok;
     }
     std::shared_ptr<SectionMapElement> next;
     int const result = FindNextSectionMapElement_(id, next);
@@ -329,14 +324,14 @@ int SectionMapElement::GetSubsections_(InfoItemSectionId const& id,
                                        std::vector<SectionId>& out) const {
     std::size_t const depth = Depth_();
     if (IsCleared(id) || id.Depth() < depth) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     if (!isRoot_ && id.GetSectionId(depth) != sectionId_.GetInfoItemSectionId()) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     if (id.Depth() == depth) {
         GetTopLevelSections_(out);
-        return kOk;
+        return Codes::k_ok;
     }
     std::shared_ptr<SectionMapElement> next;
     int const result = FindNextSectionMapElement_(id, next);
@@ -368,10 +363,10 @@ int SectionMapElement::AddNewInfo_(InfoItemSectionId const& id, std::string cons
     if (byName != infosByName_.end()) {
         // Whatever the id, the name is taken; the caller gets the id it has.
         out = byName->second;
-        return kTaken;
+        return Codes::k_present;
     }
     if (infosById_.find(newId) != infosById_.end()) {
-        return kTaken;
+        return Codes::k_present;
     }
     auto const inserted = infosById_.emplace(newId, name).first;
     try {
@@ -381,17 +376,17 @@ int SectionMapElement::AddNewInfo_(InfoItemSectionId const& id, std::string cons
         throw;
     }
     out = newId;
-    return kOk;
+    return Codes::k_ok;
 }
 
 int SectionMapElement::AddInfo_(InfoItemSectionId const& id, std::string const& name) {
     std::size_t const depth = Depth_();
     if (IsCleared(id) || id.Depth() < depth) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     // -41 here where FindSection_ says -25: callers rely on this code.
     if (!isRoot_ && id.GetSectionId(depth) != sectionId_.GetInfoItemSectionId()) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     if (id.Depth() == depth) {
         InfoItemSectionId scratch;
@@ -417,7 +412,7 @@ int SectionMapElement::AddInfo_(std::string const& sectionName, std::string cons
         return next->AddInfo_(rest, infoName, id);
     }
     if (isRoot_) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     std::size_t const maxNumber = sectionId_.GetMaxNumInfoItemsInSection();
     std::size_t number = 0;
@@ -434,7 +429,7 @@ int SectionMapElement::AddInfo_(std::string const& sectionName, std::string cons
                 ++number;
             }
             if (number > maxNumber) {
-                return kUsedUp;
+                return Codes::k_exhausted;
             }
         }
     }
@@ -450,20 +445,20 @@ int SectionMapElement::FindInfo_(std::string const& sectionName, std::string con
         return result;
     }
     if (node->isRoot_) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     auto const found = node->infosByName_.find(infoName);
     if (found == node->infosByName_.end()) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     id = found->second;
-    return kOk;
+    return Codes::k_ok;
 }
 
 int SectionMapElement::FindInfo_(InfoItemSectionId const& id, std::string& sectionName,
                                  std::string& infoName) const {
     if (IsCleared(id)) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     if (id.Depth() > Depth_()) {
         std::shared_ptr<SectionMapElement> next;
@@ -474,24 +469,24 @@ int SectionMapElement::FindInfo_(InfoItemSectionId const& id, std::string& secti
         return next->FindInfo_(id, sectionName, infoName);
     }
     if (id.GetSectionId(id.Depth()) != sectionId_.GetInfoItemSectionId(id.Depth())) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     if (!id.IsValidInfoItemId()) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     auto const found = infosById_.find(id);
     if (found == infosById_.end()) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     sectionName = sectionId_.GetSectionName();
     infoName = found->second;
-    return kOk;
+    return Codes::k_ok;
 }
 
 int SectionMapElement::GetInfos_(InfoItemSectionId const& id,
                                  std::vector<unsigned int>& out) const {
     if (IsCleared(id)) {
-        return kMalformed;
+        return Codes::k_invalid;
     }
     std::size_t const depth = Depth_();
     if (id.Depth() > depth) {
@@ -506,13 +501,13 @@ int SectionMapElement::GetInfos_(InfoItemSectionId const& id,
     // An info id fails this test against its own section and answers -25;
     // kept as it is because callers rely on that code.
     if (!wildcard && id != sectionId_.GetInfoItemSectionId(id.Depth())) {
-        return kNotFound;
+        return Codes::k_notFound;
     }
     if (id.IsValidInfoItemId()) {
         if (infosById_.find(id) != infosById_.end()) {
             out.push_back(id);
         }
-        return kOk;
+        return Codes::k_ok;
     }
     if (!(wildcard && id.Depth() == depth)) {
         for (auto const& entry : infosById_) {
@@ -521,14 +516,14 @@ int SectionMapElement::GetInfos_(InfoItemSectionId const& id,
     }
     for (auto const& entry : subsectionsByName_) {
         if (!entry.second) {
-            return kNullElement;
+            return Codes::k_nullPointer;
         }
         int const result = entry.second->GetInfos_(id, out);
         if (result < 0) {
             return result;
         }
     }
-    return kOk;
+    return Codes::k_ok;
 }
 
 SectionMap::SectionMap() : root_(new SectionMapElement()) {}

@@ -13,6 +13,8 @@
 #include <legacy/oru/itembase.h>
 #include <legacy/oru/traits.h>
 
+#include "codes.h"
+
 namespace Legacy {
 namespace Oru {
 namespace Serial {
@@ -239,19 +241,19 @@ private:
 // once per record read, a composite's children included.
 inline int CheckPrologue(ConstRecord const* record, ItemBase const& item) noexcept {
     if (!record) {
-        return -32;
+        return Codes::k_nullPointer;
     }
     if (HostToNet32(record->id) != item.GetId()) {
-        return -41;
+        return Codes::k_invalid;
     }
     if (record->type != static_cast<std::uint8_t>(item.GetType())) {
-        return -41;
+        return Codes::k_invalid;
     }
     if (record->numericType != static_cast<std::uint8_t>(item.GetNumericType())) {
-        return -41;
+        return Codes::k_invalid;
     }
     if (record->data == nullptr && record->dataSize != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     return 0;
 }

@@ -13,6 +13,7 @@
 #include <legacy/oru/stringvalue.h>
 
 #include "arraysize.h"
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
@@ -128,7 +129,7 @@ bool StringArrayInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& 
 int StringArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<StringArrayInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     return ArraySize::Merge(minSize_, maxSize_, that->minSize_, that->maxSize_);
 }
@@ -136,11 +137,11 @@ int StringArrayInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& oth
 int StringArrayInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                  bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<StringArrayInfo>(source, OruType_t::StringArray);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool differs = AssignStrings(default_, that->default_);
     differs = ArraySize::Assign(minSize_, maxSize_, that->minSize_, that->maxSize_) || differs;
@@ -218,7 +219,7 @@ bool StringArrayItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& o
 int StringArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                       unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     bool differs = false;
     switch (source->GetType()) {
@@ -226,7 +227,7 @@ int StringArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const
         case OruType_t::String: {
             std::string text;
             if (!SingleText(*source, text)) {
-                return -26;
+                return Codes::k_unsupported;
             }
             // Grows to reach index, so a caller may fill the list in any order.
             if (index >= value_.size()) {
@@ -242,13 +243,13 @@ int StringArrayItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const
         case OruType_t::StringArray: {
             auto const* const from = dynamic_cast<StringArrayItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             differs = AssignStrings(value_, from->value_);
             break;
         }
         default:
-            return -26;
+            return Codes::k_unsupported;
     }
     if (changed) {
         *changed = differs;
@@ -264,7 +265,7 @@ int StringArrayItem::Serialize(SerialStruct_t* record) const {
     std::uint64_t const size = ListPayloadSize(value_);
     // The size field has 32 bits.
     if (!record || size > std::numeric_limits<std::uint32_t>::max()) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload =
         Serial::WriteEnvelope(record, *this, static_cast<std::uint32_t>(size));
@@ -288,7 +289,7 @@ int StringArrayItem::Deserialize(ConstSerialStruct_t const* record) {
     }
     // Every string must be closed inside the payload, the last one too.
     if (record->data[reader.Remaining() - 1] != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     // At most one string per payload byte, so the list is bounded by the bytes present.
     std::vector<std::string> read;
@@ -372,7 +373,7 @@ std::ostream& StringArrayItem::operator<<(std::ostream& out) const {
 
 int StringArrayItem::SetVal(std::vector<std::string> const& value, StringArrayInfo const& info) {
     if (value.size() < info.GetMinSize() || value.size() > info.GetMaxSize()) {
-        return -37;
+        return Codes::k_sizeOutOfRange;
     }
     value_ = value;
     return 0;
@@ -423,17 +424,17 @@ bool StringSparseInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const&
 
 int StringSparseInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     // Tables do not merge; a fitting Info hears that the operation is missing.
-    return IsEqualType(other) ? -26 : -36;
+    return IsEqualType(other) ? Codes::k_unsupported : Codes::k_typeMismatch;
 }
 
 int StringSparseInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source,
                                   bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<StringSparseInfo>(source, OruType_t::StringSparse);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool differs = AssignStrings(table_, that->table_);
     if (default_ != that->default_) {
@@ -472,7 +473,7 @@ bool StringSparseInfo::IsPresent(std::string value) const {
 
 int StringSparseInfo::SetDefault(std::string value) {
     if (!IsPresent(value)) {
-        return -23;
+        return Codes::k_notInValueSet;
     }
     default_ = std::move(value);
     return 0;
@@ -518,11 +519,11 @@ bool StringSparseItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& 
 int StringSparseItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                        unsigned int /*index*/, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const from = OfType<StringSparseItem>(source, OruType_t::StringSparse);
     if (!from) {
-        return -26;
+        return Codes::k_unsupported;
     }
     // The table is not consulted: the source is trusted to hold a fitting value.
     return TakeValue(value_, from->value_, changed);
@@ -537,7 +538,7 @@ unsigned int StringSparseItem::GetSerialDataSize() const {
 int StringSparseItem::Serialize(SerialStruct_t* record) const {
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, k_sparseBlockSize);
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     // The block keeps its nine bytes for wire compatibility: a longer string
     // is cut to eight bytes, and the zeros behind the terminator keep the
@@ -556,7 +557,7 @@ int StringSparseItem::Deserialize(ConstSerialStruct_t const* record) {
     std::uint32_t const size = record->GetDataSize();
     // A payload must hold at least its terminator, and end in it.
     if (size == 0 || record->data[size - 1] != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     auto const* const text = reinterpret_cast<char const*>(record->data);
     value_.assign(text, std::strlen(text));

@@ -10,6 +10,7 @@
 #include <legacy/oru/resultelem.h>
 #include <legacy/oru/stringarray.h>
 
+#include "codes.h"
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
@@ -63,22 +64,22 @@ bool StringInfo::IsEqualBounds(boost::intrusive_ptr<InfoBase const> const& other
 int StringInfo::MergeBounds(boost::intrusive_ptr<InfoBase const> const& other) {
     auto const* const that = SameFamily<StringInfo>(*this, other);
     if (!that) {
-        return -36;
+        return Codes::k_typeMismatch;
     }
     if (that->maxLength_ < maxLength_) {
         maxLength_ = that->maxLength_;
     }
     // Answers -26 although the merge is done: callers rely on that code.
-    return -26;
+    return Codes::k_unsupported;
 }
 
 int StringInfo::AssignValue(boost::intrusive_ptr<InfoBase const> const& source, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     auto const* const that = OfType<StringInfo>(source, OruType_t::String);
     if (!that) {
-        return -26;
+        return Codes::k_unsupported;
     }
     bool const differs = default_ != that->default_ || maxLength_ != that->maxLength_;
     default_ = that->default_;
@@ -156,14 +157,14 @@ bool StringItem::IsEqualValue(boost::intrusive_ptr<ItemBase const> const& other)
 int StringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& source,
                                  unsigned int index, bool* changed) {
     if (!source) {
-        return -31;
+        return Codes::k_nullSource;
     }
     std::string newValue;
     switch (source->GetType()) {
         case OruType_t::Bool: {
             auto const* const from = dynamic_cast<BoolItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             newValue = Texts::Bool(from->GetVal());
             break;
@@ -171,7 +172,7 @@ int StringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& sou
         case OruType_t::String: {
             auto const* const from = dynamic_cast<StringItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             newValue = from->value_;
             break;
@@ -179,16 +180,16 @@ int StringItem::AssignArrayValue(boost::intrusive_ptr<ItemBase const> const& sou
         case OruType_t::StringArray: {
             auto const* const from = dynamic_cast<StringArrayItem const*>(source.get());
             if (!from) {
-                return -26;
+                return Codes::k_unsupported;
             }
             if (index >= from->GetSize()) {
-                return -41;
+                return Codes::k_invalid;
             }
             newValue = from->Val()[index];
             break;
         }
         default:
-            return -26;
+            return Codes::k_unsupported;
     }
     bool const differs = newValue != value_;
     value_.swap(newValue);
@@ -205,11 +206,11 @@ unsigned int StringItem::GetSerialDataSize() const {
 int StringItem::Serialize(SerialStruct_t* record) const {
     // The size field has 32 bits.
     if (value_.size() >= 0xFFFFFFFFu) {
-        return -41;
+        return Codes::k_invalid;
     }
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
     if (!payload) {
-        return -41;
+        return Codes::k_invalid;
     }
     Serial::Writer writer(payload);
     writer.Bytes(value_.data(), value_.size());
@@ -225,7 +226,7 @@ int StringItem::Deserialize(ConstSerialStruct_t const* record) {
     std::uint32_t const size = record->GetDataSize();
     // A payload must hold at least its terminator, and end in it.
     if (size == 0 || record->data[size - 1] != 0) {
-        return -41;
+        return Codes::k_invalid;
     }
     auto const* const text = reinterpret_cast<char const*>(record->data);
     value_.assign(text, std::strlen(text));
