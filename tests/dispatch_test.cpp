@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <sstream>
 #include <typeinfo>
 #include <vector>
 
 #include <legacy/oru/oru.h>
 
+#include "registry.h"
 #include "test_util.h"
 
 namespace {
@@ -16,61 +18,70 @@ namespace {
 using namespace Legacy::Oru;
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 
-// An Item of the family with a value that is not its default, read from text.
-template <class I>
-ItemPtr FromText(char const* text) {
-    ItemPtr item(new I(0x420C0005));
-    std::istringstream in(text);
+// A value other than the default, for the row's class: read from text where
+// the family reads text, set directly where it does not.
+void SetValue(Registry::Row const& row, ItemBase& item) {
+    switch (row.type) {
+        case OruType_t::Orientation:
+            dynamic_cast<OrientationItem&>(item).Set(Orientation_t{90.0f, 10.0f, 0.0f});
+            return;
+        case OruType_t::AppEndpoint:
+            dynamic_cast<AppEndpointItem&>(item).SetVal(
+                AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("rtsp://10.0.0.2:554"));
+            return;
+        case OruType_t::AppEndpointArray:
+            dynamic_cast<AppEndpointArrayItem&>(item).SetVal(
+                {AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("http://10.0.0.3:80")});
+            return;
+        case OruType_t::Composite: {
+            auto& composite = dynamic_cast<CompositeItem&>(item);
+            composite.AddItem(ItemPtr(StringItem::Create(0, "child")));
+            composite.AddItem(ItemPtr(NumericItem<S8Traits>::Create(0, -3)));
+            return;
+        }
+        default:
+            break;
+    }
+    static std::map<OruType_t, char const*> const texts = {
+        {OruType_t::Bool, "1"},
+        {OruType_t::Numeric, "7"},
+        {OruType_t::NumericArray, "3 1 2 100"},
+        {OruType_t::NumericSparse, "5"},
+        {OruType_t::Enum, "3"},
+        {OruType_t::String, "text"},
+        {OruType_t::StringArray, "2 ab cd"},
+        {OruType_t::BoolArray, "3 1 0 1"},
+        {OruType_t::StringSparse, "short"},
+        {OruType_t::Colour, "(0 1 1 0)"},
+        {OruType_t::Coordinate, "3 4"},
+        {OruType_t::Rectangle, "1 2 30 40"},
+        {OruType_t::Addr, "10.0.0.1"},
+        {OruType_t::Endpoint, "[::1]:80"},
+        {OruType_t::RectArray, "1 1 2 3 4"},
+    };
+    auto const text = texts.find(row.type);
+    ASSERT_NE(text, texts.end()) << "no value for " << Registry::Name(row);
+    std::istringstream in(text->second);
     std::ostringstream errors;
-    EXPECT_TRUE(item->SetValFromStream(in, errors, nullptr))
-        << typeid(I).name() << ": " << errors.str();
-    return item;
+    EXPECT_TRUE(item.SetValFromStream(in, errors, nullptr))
+        << Registry::Name(row) << ": " << errors.str();
 }
 
-template <class T>
-void AddNumericRows(std::vector<ItemPtr>& rows) {
-    rows.push_back(ItemPtr(NumericItem<T>::Create(0x420C0005, 7)));
-    rows.push_back(FromText<NumericArrayItem<T>>("3 1 2 100"));
-    rows.push_back(FromText<NumericSparseItem<T>>("5"));
-}
-
-template <class T>
-void AddGeometryRows(std::vector<ItemPtr>& rows) {
-    rows.push_back(FromText<CoordinateItem<T>>("3 4"));
-    rows.push_back(FromText<RectItem<T>>("1 2 30 40"));
-}
-
+// An Item of every row whose class reads its records, each with a value.
 std::vector<ItemPtr> Rows() {
     std::vector<ItemPtr> rows;
-    rows.push_back(FromText<BoolItem>("1"));
-#define ORU_TEST_NUMERIC_ROWS(T) AddNumericRows<T>(rows);
-    LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(ORU_TEST_NUMERIC_ROWS)
-#undef ORU_TEST_NUMERIC_ROWS
-    rows.push_back(FromText<EnumItem>("3"));
-    rows.push_back(FromText<StringItem>("text"));
-    rows.push_back(FromText<StringArrayItem>("2 ab cd"));
-    rows.push_back(FromText<BoolArrayItem>("3 1 0 1"));
-    rows.push_back(FromText<StringSparseItem>("short"));
-    rows.push_back(FromText<ColourItem>("(0 1 1 0)"));
-    AddGeometryRows<U16Traits>(rows);
-    AddGeometryRows<S32Traits>(rows);
-    AddGeometryRows<FloatTraits>(rows);
-    auto* orientation = new OrientationItem(0x420C0005);
-    orientation->Set(Orientation_t{90.0f, 10.0f, 0.0f});
-    rows.push_back(ItemPtr(orientation));
-    rows.push_back(FromText<AddrItem>("10.0.0.1"));
-    rows.push_back(FromText<EndpointItem>("[::1]:80"));
-    auto* app = new AppEndpointItem(0x420C0005);
-    app->SetVal(AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("rtsp://10.0.0.2:554"));
-    rows.push_back(ItemPtr(app));
-    auto* apps = new AppEndpointArrayItem(0x420C0005);
-    apps->SetVal({AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("http://10.0.0.3:80")});
-    rows.push_back(ItemPtr(apps));
-    rows.push_back(FromText<RectArrayItem<U16Traits>>("1 1 2 3 4"));
-    auto* composite = new CompositeItem(0x420C0005);
-    composite->AddItem(FromText<StringItem>("child"));
-    composite->AddItem(ItemPtr(NumericItem<S8Traits>::Create(0, -3)));
-    rows.push_back(ItemPtr(composite));
+    for (Registry::Row const& row : Registry::All()) {
+        if (row.record != Registry::Record::Read) {
+            continue;
+        }
+        SCOPED_TRACE(Registry::Name(row));
+        ItemPtr item(row.makeItem(0x420C0005));
+        // The row's bytes are the class's own.
+        EXPECT_EQ(item->GetType(), row.type);
+        EXPECT_EQ(item->GetNumericType(), row.numericType);
+        SetValue(row, *item);
+        rows.push_back(item);
+    }
     return rows;
 }
 

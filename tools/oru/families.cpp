@@ -6,6 +6,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "registry.h"
 #include "typetext.h"
 #include "values.h"
 
@@ -16,35 +17,8 @@ namespace {
 using namespace Legacy::Oru;
 
 template <class I>
-ItemBase* MakeItem(unsigned int id) {
-    return new I(id);
-}
-
-template <class I>
 InfoBase* MakeInfo(unsigned int id) {
     return new I(id, "", Permission_t());
-}
-
-template <template <class> class Item, class T>
-Family NumericFamily(char const* family, OruType_t type) {
-    return Family{std::string(family) + ":" + NumericTypeText(T::k_numericType),
-                  static_cast<std::uint8_t>(type), static_cast<std::uint8_t>(T::k_numericType),
-                  &MakeItem<Item<T>>, nullptr};
-}
-
-template <template <class> class Item>
-void AddNumericFamilies(std::vector<Family>& families, char const* family, OruType_t type) {
-#define ORU_TOOL_ADD_FAMILY(T) families.push_back(NumericFamily<Item, T>(family, type));
-    LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(ORU_TOOL_ADD_FAMILY)
-#undef ORU_TOOL_ADD_FAMILY
-}
-
-// Coordinates and rectangles exist for three element types only.
-template <template <class> class Item>
-void AddGeometryFamilies(std::vector<Family>& families, char const* family, OruType_t type) {
-    families.push_back(NumericFamily<Item, U16Traits>(family, type));
-    families.push_back(NumericFamily<Item, S32Traits>(family, type));
-    families.push_back(NumericFamily<Item, FloatTraits>(family, type));
 }
 
 // Three numbers: bearing, inclination, roll (the family reads no text itself).
@@ -146,31 +120,35 @@ Syntax const k_syntax[] = {
     {"Composite", "one child per VALUE: 'FAMILY VALUE'", "'Numeric:U16 65' 'String pcm'"},
 };
 
+// The registry's families with a serial form, with what the program adds: the
+// Info that app-endpoint text is read against, and argument readers for the
+// families that read no text of their own.
 std::vector<Family> MakeFamilies() {
     std::vector<Family> families;
-    families.push_back(Family{"Bool", 1, 0, &MakeItem<BoolItem>, nullptr});
-    AddNumericFamilies<NumericItem>(families, "Numeric", OruType_t::Numeric);
-    AddNumericFamilies<NumericArrayItem>(families, "NumericArray", OruType_t::NumericArray);
-    AddNumericFamilies<NumericSparseItem>(families, "NumericSparse", OruType_t::NumericSparse);
-    families.push_back(Family{"Enum", 5, 0, &MakeItem<EnumItem>, nullptr});
-    families.push_back(Family{"String", 6, 0, &MakeItem<StringItem>, nullptr});
-    families.push_back(Family{"StringArray", 7, 0, &MakeItem<StringArrayItem>, nullptr});
-    families.push_back(Family{"BoolArray", 8, 0, &MakeItem<BoolArrayItem>, nullptr});
-    families.push_back(Family{"StringSparse", 9, 0, &MakeItem<StringSparseItem>, nullptr});
-    families.push_back(Family{"Colour", 128, 0, &MakeItem<ColourItem>, nullptr});
-    AddGeometryFamilies<CoordinateItem>(families, "Coordinate", OruType_t::Coordinate);
-    AddGeometryFamilies<RectItem>(families, "Rectangle", OruType_t::Rectangle);
-    families.push_back(Family{"Orientation", 131, 0, &MakeItem<OrientationItem>, nullptr,
-                              &ReadOrientation, "bearing inclination roll"});
-    families.push_back(Family{"Addr", 134, 0, &MakeItem<AddrItem>, nullptr});
-    families.push_back(Family{"Endpoint", 136, 0, &MakeItem<EndpointItem>, nullptr});
-    families.push_back(
-        Family{"AppEndpoint", 137, 0, &MakeItem<AppEndpointItem>, &MakeInfo<AppEndpointInfo>});
-    families.push_back(Family{"AppEndpointArray", 140, 0, &MakeItem<AppEndpointArrayItem>, nullptr,
-                              &ReadAppEndpoints, "one URI per VALUE"});
-    families.push_back(NumericFamily<RectArrayItem, U16Traits>("RectArray", OruType_t::RectArray));
-    families.push_back(Family{"Composite", 253, 0, &MakeItem<CompositeItem>, nullptr, &ReadChildren,
-                              "one child per VALUE: 'FAMILY TEXT'"});
+    for (Registry::Row const& row : Registry::All()) {
+        if (row.record != Registry::Record::Read) {
+            continue;
+        }
+        Family family{Registry::Name(row), static_cast<std::uint8_t>(row.type),
+                      static_cast<std::uint8_t>(row.numericType), row.makeItem, nullptr};
+        switch (row.type) {
+            case OruType_t::AppEndpoint:
+                family.makeInfo = &MakeInfo<AppEndpointInfo>;
+                break;
+            case OruType_t::Orientation:
+                family.readArgs = &ReadOrientation;
+                break;
+            case OruType_t::AppEndpointArray:
+                family.readArgs = &ReadAppEndpoints;
+                break;
+            case OruType_t::Composite:
+                family.readArgs = &ReadChildren;
+                break;
+            default:
+                break;
+        }
+        families.push_back(family);
+    }
     return families;
 }
 

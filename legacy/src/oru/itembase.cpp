@@ -4,22 +4,10 @@
 #include <ostream>
 #include <sstream>
 
-#include <legacy/oru/addr.h>
-#include <legacy/oru/bool.h>
-#include <legacy/oru/collection.h>
-#include <legacy/oru/colour.h>
-#include <legacy/oru/composite.h>
-#include <legacy/oru/coordinate.h>
-#include <legacy/oru/enum.h>
-#include <legacy/oru/numeric.h>
-#include <legacy/oru/numericarray.h>
-#include <legacy/oru/numericsparse.h>
-#include <legacy/oru/rectarray.h>
 #include <legacy/oru/resultelem.h>
-#include <legacy/oru/stringarray.h>
-#include <legacy/oru/stringvalue.h>
 
 #include "codes.h"
+#include "registry.h"
 #include "serialcodec.h"
 #include "texts.h"
 #include "typetext.h"
@@ -37,77 +25,6 @@ void intrusive_ptr_release(ItemBase const* item) noexcept {
     if (item->count_.FetchAdd(-1) < 2) {
         delete item;
     }
-}
-
-// ---- serial records ----
-
-ItemBase::SerialStruct_t::SerialStruct_t() noexcept
-    : id(0), dataSize(0), type(0), numericType(0), data(nullptr) {}
-
-ItemBase::SerialStruct_t::~SerialStruct_t() {
-    delete[] data;
-}
-
-ItemBase::SerialStruct_t& ItemBase::SerialStruct_t::operator=(
-    SerialStruct_t const& other) noexcept {
-    id = other.id;
-    dataSize = other.dataSize;
-    type = other.type;
-    numericType = other.numericType;
-    data = other.data;
-    return *this;
-}
-
-void ItemBase::SerialStruct_t::Clear() noexcept {
-    id = 0;
-    dataSize = 0;
-    type = 0;
-    numericType = 0;
-    data = nullptr;
-}
-
-std::uint32_t ItemBase::SerialStruct_t::GetId() const noexcept {
-    return Serial::HostToNet32(id);
-}
-
-std::uint32_t ItemBase::SerialStruct_t::GetDataSize() const noexcept {
-    return Serial::HostToNet32(dataSize);
-}
-
-ItemBase::ConstSerialStruct_t::ConstSerialStruct_t() noexcept {
-    Clear();
-}
-
-ItemBase::ConstSerialStruct_t::ConstSerialStruct_t(SerialStruct_t const& record) noexcept
-    : id(record.id),
-      dataSize(record.dataSize),
-      type(record.type),
-      numericType(record.numericType),
-      data(record.data) {}
-
-void ItemBase::ConstSerialStruct_t::Clear() noexcept {
-    id = 0;
-    dataSize = 0;
-    type = 0;
-    numericType = 0;
-    data = nullptr;
-}
-
-std::uint32_t ItemBase::ConstSerialStruct_t::GetId() const noexcept {
-    return Serial::HostToNet32(id);
-}
-
-std::uint32_t ItemBase::ConstSerialStruct_t::GetDataSize() const noexcept {
-    return Serial::HostToNet32(dataSize);
-}
-
-void ItemBase::ConstSerialStruct_t::SetHeader(std::uint32_t hostId, std::uint32_t hostDataSize,
-                                              std::uint8_t typeByte,
-                                              std::uint8_t numericTypeByte) noexcept {
-    id = Serial::HostToNet32(hostId);
-    dataSize = Serial::HostToNet32(hostDataSize);
-    type = typeByte;
-    numericType = numericTypeByte;
 }
 
 // ---- the base ----
@@ -158,114 +75,15 @@ std::ostream& operator<<(std::ostream& out, ItemBase const& item) {
     return item.operator<<(out);
 }
 
-// ---- the dispatch of type bytes to classes ----
-
-namespace {
-
-using Factory = ItemBase* (*)(unsigned int id);
-
-template <class I>
-ItemBase* Make(unsigned int id) {
-    return new I(id);
-}
-
-// Rows indexed by the numeric-type byte 1 to 10, for the families that are
-// templates over the ten traits classes.
-template <template <class> class I>
-Factory ByNumericType(std::uint8_t numericType) {
-    static Factory const rows[] = {
-        nullptr,
-        &Make<I<U8Traits>>,
-        &Make<I<S8Traits>>,
-        &Make<I<U16Traits>>,
-        &Make<I<S16Traits>>,
-        &Make<I<U32Traits>>,
-        &Make<I<S32Traits>>,
-        &Make<I<U64Traits>>,
-        &Make<I<S64Traits>>,
-        &Make<I<FloatTraits>>,
-        &Make<I<DoubleTraits>>,
-    };
-    return numericType < sizeof(rows) / sizeof(rows[0]) ? rows[numericType] : nullptr;
-}
-
-// Rows for the coordinate and rectangle families, made for U16, S32 and
-// Float only.
-template <template <class> class I>
-Factory ByGeometryType(std::uint8_t numericType) {
-    switch (numericType) {
-        case 3:
-            return &Make<I<U16Traits>>;
-        case 6:
-            return &Make<I<S32Traits>>;
-        case 9:
-            return &Make<I<FloatTraits>>;
-        default:
-            return nullptr;
-    }
-}
-
-// The class of a record by its two type bytes, or null for a record that no
-// class reads. Families without a numeric row ignore the numeric-type byte
-// here; their own prologue refuses a wrong one.
-Factory FindFactory(std::uint8_t type, std::uint8_t numericType) {
-    switch (type) {
-        case 1:
-            return &Make<BoolItem>;
-        case 2:
-            return ByNumericType<NumericItem>(numericType);
-        case 3:
-            return ByNumericType<NumericArrayItem>(numericType);
-        case 4:
-            return ByNumericType<NumericSparseItem>(numericType);
-        case 5:
-            return &Make<EnumItem>;
-        case 6:
-            return &Make<StringItem>;
-        case 7:
-            return &Make<StringArrayItem>;
-        case 8:
-            return &Make<BoolArrayItem>;
-        case 9:
-            return &Make<StringSparseItem>;
-        case 128:
-            return &Make<ColourItem>;
-        case 129:
-            return ByGeometryType<CoordinateItem>(numericType);
-        case 130:
-            return ByGeometryType<RectItem>(numericType);
-        case 131:
-            return &Make<OrientationItem>;
-        case 134:
-            return &Make<AddrItem>;
-        case 136:
-            return &Make<EndpointItem>;
-        case 137:
-            return &Make<AppEndpointItem>;
-        case 140:
-            return &Make<AppEndpointArrayItem>;
-        case 141:
-            return numericType == 3 ? &Make<RectArrayItem<U16Traits>> : nullptr;
-        case 253:
-            return &Make<CompositeItem>;
-        case 254:
-            return &Make<CollectionItem>;
-        default:
-            return nullptr;
-    }
-}
-
-}  // namespace
-
 int ItemBase::Deserialize(ConstSerialStruct_t const* record, boost::intrusive_ptr<ItemBase>& item) {
     if (!record) {
         return Codes::k_nullPointer;
     }
-    Factory const factory = FindFactory(record->type, record->numericType);
-    if (!factory) {
+    Registry::Row const* const row = Registry::Find(record->type, record->numericType);
+    if (!row || !row->makeItem) {
         return Codes::k_invalid;
     }
-    item.reset(factory(Serial::HostToNet32(record->id)));
+    item.reset(row->makeItem(Serial::HostToNet32(record->id)));
     return item->Deserialize(record);
 }
 

@@ -1,0 +1,73 @@
+// Which Item classes exist: one row per class and element type, with the
+// factory that makes it and the family name the oru program prints. The only
+// place that names every family; it sits above them all in the include graph,
+// so that the base of all Items does not. ItemBase::Deserialize, the program
+// and the tests read it.
+//
+// Threads: the table is constant; any thread may read it at any time.
+#ifndef LEGACY_ORU_SRC_REGISTRY_H
+#define LEGACY_ORU_SRC_REGISTRY_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include <legacy/oru/types.h>
+
+namespace Legacy {
+namespace Oru {
+
+class ItemBase;
+
+namespace Registry {
+
+// What a record with the row's type bytes turns into.
+enum class Record : std::uint8_t {
+    // The class writes such records and reads them back.
+    Read,
+    // The class is made, then refuses the record (-26): it has no serial form.
+    Refused,
+    // The class exists, but no record reads into it (-41).
+    None,
+};
+
+struct Row {
+    OruType_t type;
+    // Undefined for a family without an element type: such a family ignores
+    // the record's element byte here and refuses a wrong one when it reads.
+    NumericType_t numericType;
+    Record record;
+    // A new Item of the class with that id and its default value; null where
+    // the record is None.
+    ItemBase* (*makeItem)(unsigned int id);
+    // "Numeric", as the program prints it before ":U32".
+    char const* family;
+};
+
+// Every row, by type byte, then by element type.
+class Rows {
+public:
+    Rows(Row const* begin, std::size_t size) noexcept : begin_(begin), size_(size) {}
+    Row const* begin() const noexcept { return begin_; }
+    Row const* end() const noexcept { return begin_ + size_; }
+    std::size_t size() const noexcept { return size_; }
+
+private:
+    Row const* begin_;
+    std::size_t size_;
+};
+
+Rows All() noexcept;
+
+// The row of a record with these two type bytes, or null where no class has
+// them. Constant time: a record is dispatched on every read.
+Row const* Find(std::uint8_t type, std::uint8_t numericType) noexcept;
+
+// "Numeric:U32" for a row with an element type, "Bool" for one without.
+std::string Name(Row const& row);
+
+}  // namespace Registry
+}  // namespace Oru
+}  // namespace Legacy
+
+#endif
