@@ -6,6 +6,8 @@
 
 #include <legacy/oru/oru.h>
 
+#include "serialcodec.h"
+
 using namespace Legacy::Oru;
 
 namespace {
@@ -73,8 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     if (size < 5) {
         return 0;
     }
-    std::uint32_t const raw = (std::uint32_t(data[1]) << 24) | (std::uint32_t(data[2]) << 16) |
-                              (std::uint32_t(data[3]) << 8) | std::uint32_t(data[4]);
+    auto const raw = Legacy::Oru::Serial::GetBigEndian<std::uint32_t>(data + 1);
     std::string const text(reinterpret_cast<char const*>(data + 5), size - 5);
     switch (data[0] % 4) {
         case 0: {

@@ -10,6 +10,8 @@
 
 #include <legacy/oru/itembase.h>
 
+#include "serialcodec.h"
+
 namespace OruFuzz {
 
 struct InputRecord {
@@ -18,19 +20,18 @@ struct InputRecord {
 };
 
 inline bool MakeRecord(std::uint8_t const* data, std::size_t size, InputRecord& out) {
-    if (size < 10) {
+    namespace Serial = Legacy::Oru::Serial;
+    if (size < Serial::k_headerSize) {
         return false;
     }
-    auto be32 = [](std::uint8_t const* p) {
-        return (std::uint32_t(p[0]) << 24) | (std::uint32_t(p[1]) << 16) |
-               (std::uint32_t(p[2]) << 8) | std::uint32_t(p[3]);
-    };
-    std::uint32_t const claimed = be32(data + 4);
-    std::size_t const held = size - 10;
-    std::uint32_t const length = claimed < held ? claimed : static_cast<std::uint32_t>(held);
-    out.payload.assign(data + 10, data + 10 + length);
-    out.record.SetHeader(be32(data), length, data[8], data[9]);
-    out.record.data = length ? out.payload.data() : nullptr;
+    Serial::Header header = Serial::GetHeader(data);
+    std::size_t const held = size - Serial::k_headerSize;
+    if (header.dataSize > held) {
+        header.dataSize = static_cast<std::uint32_t>(held);
+    }
+    out.payload.assign(data + Serial::k_headerSize, data + Serial::k_headerSize + header.dataSize);
+    Serial::SetHeader(out.record, header);
+    out.record.data = header.dataSize ? out.payload.data() : nullptr;
     return true;
 }
 

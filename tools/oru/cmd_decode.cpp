@@ -14,6 +14,7 @@
 #include <legacy/oru/oru.h>
 
 #include "codes.h"
+#include "serialcodec.h"
 
 #include "commands.h"
 #include "described.h"
@@ -28,8 +29,7 @@ using Legacy::Oru::InfoItemSectionId;
 using Legacy::Oru::ItemBase;
 using Bytes = std::vector<unsigned char>;
 
-std::uint32_t const k_headerSize = 10;
-std::uint8_t const k_compositeType = 253;
+namespace Serial = Legacy::Oru::Serial;
 // Composite children nest as records of their own; deeper than this the
 // display stops descending (the library reads them all the same).
 int const k_maxShownDepth = 32;
@@ -51,11 +51,6 @@ std::string Dump(nlohmann::ordered_json const& json) {
 // "code -41 (malformed or unknown record, or invalid argument)".
 std::string CodeText(int code) {
     return "code " + std::to_string(code) + " (" + Legacy::Oru::Codes::Meaning(code) + ")";
-}
-
-std::uint32_t BigEndian32(unsigned char const* p) {
-    return (std::uint32_t(p[0]) << 24) | (std::uint32_t(p[1]) << 16) | (std::uint32_t(p[2]) << 8) |
-           std::uint32_t(p[3]);
 }
 
 // "section 2/3, info 5", "section 1 (section id)", or the class of an odd id.
@@ -110,21 +105,21 @@ public:
         std::size_t count = 0;
         while (offset < bytes.size()) {
             std::size_t const remaining = bytes.size() - offset;
-            if (remaining < k_headerSize) {
+            if (remaining < Serial::k_headerSize) {
                 Problem(offset, "truncated header: " + std::to_string(remaining) +
                                     " bytes left, a header has 10");
                 return false;
             }
             unsigned char const* const header = bytes.data() + offset;
-            std::uint32_t const size = BigEndian32(header + 4);
-            if (size > remaining - k_headerSize) {
+            std::uint32_t const size = Serial::GetHeader(header).dataSize;
+            if (size > remaining - Serial::k_headerSize) {
                 Problem(offset, "the record claims " + std::to_string(size) + " payload bytes, " +
-                                    std::to_string(remaining - k_headerSize) + " remain");
+                                    std::to_string(remaining - Serial::k_headerSize) + " remain");
                 return false;
             }
             ++count;
             ok_ = Record(offset, header, 0) && ok_;
-            offset += k_headerSize + size;
+            offset += Serial::k_headerSize + size;
         }
         if (count == 0 && !options_.json && ok_) {
             out_ << "no records\n";
@@ -135,15 +130,16 @@ public:
 private:
     // One record whose payload lies wholly in the input.
     bool Record(std::size_t offset, unsigned char const* header, int depth) {
-        std::uint32_t const id = BigEndian32(header);
-        std::uint32_t const size = BigEndian32(header + 4);
-        std::uint8_t const type = header[8];
-        std::uint8_t const numericType = header[9];
+        Serial::Header const flat = Serial::GetHeader(header);
+        std::uint32_t const id = flat.id;
+        std::uint32_t const size = flat.dataSize;
+        std::uint8_t const type = flat.type;
+        std::uint8_t const numericType = flat.numericType;
         // The payload in a buffer of exactly its size, so that a reader that
         // strays past it is caught by the sanitizers.
-        Bytes const payload(header + k_headerSize, header + k_headerSize + size);
+        Bytes const payload(header + Serial::k_headerSize, header + Serial::k_headerSize + size);
         ItemBase::ConstSerialStruct_t record;
-        record.SetHeader(id, size, type, numericType);
+        Serial::SetHeader(record, flat);
         record.data = payload.empty() ? nullptr : payload.data();
         boost::intrusive_ptr<ItemBase> item;
         int const code = ItemBase::Deserialize(&record, item);
@@ -195,8 +191,9 @@ private:
                      << (named.reason.empty() ? "passes" : "refused: " + named.reason) << "\n";
             }
         }
-        if (code == 0 && type == k_compositeType && depth < k_maxShownDepth) {
-            Children(offset + k_headerSize, payload, depth + 1);
+        if (code == 0 && type == static_cast<std::uint8_t>(Legacy::Oru::OruType_t::Composite) &&
+            depth < k_maxShownDepth) {
+            Children(offset + Serial::k_headerSize, payload, depth + 1);
         }
         return code == 0;
     }
@@ -231,15 +228,15 @@ private:
         if (payload.size() < 2) {
             return;
         }
-        std::size_t const count = (std::size_t(payload[0]) << 8) | payload[1];
+        std::size_t const count = Serial::GetBigEndian<std::uint16_t>(payload.data());
         std::size_t at = 2;
-        for (std::size_t i = 0; i < count && payload.size() - at >= k_headerSize; ++i) {
-            std::uint32_t const size = BigEndian32(payload.data() + at + 4);
-            if (size > payload.size() - at - k_headerSize) {
+        for (std::size_t i = 0; i < count && payload.size() - at >= Serial::k_headerSize; ++i) {
+            std::uint32_t const size = Serial::GetHeader(payload.data() + at).dataSize;
+            if (size > payload.size() - at - Serial::k_headerSize) {
                 return;
             }
             Record(offset + at, payload.data() + at, depth);
-            at += k_headerSize + size;
+            at += Serial::k_headerSize + size;
         }
     }
 

@@ -18,6 +18,7 @@
 #include "demo_directory.h"
 #include "hex.h"
 #include "sample.h"
+#include "serialcodec.h"
 #include "util.h"
 
 namespace OruTool {
@@ -95,8 +96,11 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         ItemBase::ConstSerialStruct_t const view(record);
         boost::intrusive_ptr<ItemBase> back;
         int const code = ItemBase::Deserialize(&view, back);
-        out << "  " << NameOf(setting) << "\n    " << HexBytes(flat.data(), 10) << " | "
-            << HexBytes(flat.data() + 10, flat.size() - 10) << "\n    reads back as ";
+        out << "  " << NameOf(setting) << "\n    "
+            << HexBytes(flat.data(), Legacy::Oru::Serial::k_headerSize) << " | "
+            << HexBytes(flat.data() + Legacy::Oru::Serial::k_headerSize,
+                        flat.size() - Legacy::Oru::Serial::k_headerSize)
+            << "\n    reads back as ";
         if (code != 0) {
             out << "error " << code << "\n";
         } else {

@@ -13,6 +13,7 @@
 #include <legacy/oru/oru.h>
 
 #include "hex.h"
+#include "serialcodec.h"
 
 namespace OruTool {
 
@@ -124,8 +125,10 @@ int RunDirectoryDemo(std::ostream& out, std::ostream& err) {
     ItemBase::ConstSerialStruct_t const view(record);
     boost::intrusive_ptr<ItemBase> back;
     code = ItemBase::Deserialize(&view, back);
-    out << "  serial record: " << HexBytes(flat.data(), 10) << " | "
-        << HexBytes(flat.data() + 10, flat.size() - 10) << "\n  reads back as ";
+    out << "  serial record: " << HexBytes(flat.data(), Legacy::Oru::Serial::k_headerSize) << " | "
+        << HexBytes(flat.data() + Legacy::Oru::Serial::k_headerSize,
+                    flat.size() - Legacy::Oru::Serial::k_headerSize)
+        << "\n  reads back as ";
     if (code != 0) {
         out << "error " << code << "\n";
     } else {

@@ -1,5 +1,9 @@
 #include "hex.h"
 
+#include <cstring>
+
+#include "serialcodec.h"
+
 namespace OruTool {
 
 std::string HexBytes(unsigned char const* bytes, std::size_t count) {
@@ -17,20 +21,12 @@ std::string HexBytes(unsigned char const* bytes, std::size_t count) {
 }
 
 std::vector<unsigned char> FlatRecord(Legacy::Oru::ItemBase::SerialStruct_t const& record) {
-    std::uint32_t const id = record.GetId();
+    namespace Serial = Legacy::Oru::Serial;
     std::uint32_t const size = record.GetDataSize();
-    std::vector<unsigned char> flat;
-    flat.reserve(10 + size);
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        flat.push_back(static_cast<unsigned char>(id >> shift));
-    }
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        flat.push_back(static_cast<unsigned char>(size >> shift));
-    }
-    flat.push_back(record.type);
-    flat.push_back(record.numericType);
-    if (record.data) {
-        flat.insert(flat.end(), record.data, record.data + size);
+    std::vector<unsigned char> flat(Serial::k_headerSize + (record.data ? size : 0));
+    Serial::PutHeader(flat.data(), record);
+    if (record.data && size != 0) {
+        std::memcpy(flat.data() + Serial::k_headerSize, record.data, size);
     }
     return flat;
 }

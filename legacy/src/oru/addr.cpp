@@ -22,44 +22,9 @@ namespace {
 using EndpointStr = Net::Endpoint<Net::AddrStr>;
 using AppEndpointStr = AppEndpoint<EndpointStr>;
 
-// The size field has 32 bits; longer payloads cannot be written.
-constexpr std::uint64_t k_maxPayload = 0xFFFFFFFFu;
-
 // Protocol type, prefix, version, compat version: the fixed head of an
 // application endpoint on the wire.
 constexpr std::uint32_t k_appHeadSize = 6;
-
-// A payload of text and a terminating 0.
-int WriteText(ItemBase::SerialStruct_t* record, ItemBase const& item, std::string const& text) {
-    if (text.size() + 1 > k_maxPayload) {
-        return Codes::k_invalid;
-    }
-    unsigned char* const payload =
-        Serial::WriteEnvelope(record, item, static_cast<std::uint32_t>(text.size() + 1));
-    if (!payload) {
-        return Codes::k_invalid;
-    }
-    Serial::Writer writer(payload);
-    writer.Bytes(text.data(), text.size());
-    writer.Byte(0);
-    return 0;
-}
-
-// The text of a payload up to its first 0. The payload must end in 0, which
-// also keeps the search inside it; an empty payload has no terminator.
-int ReadText(ItemBase::ConstSerialStruct_t const* record, ItemBase const& item, std::string& text) {
-    int const code = Serial::CheckPrologue(record, item);
-    if (code != 0) {
-        return code;
-    }
-    std::uint32_t const size = record->GetDataSize();
-    if (size == 0 || record->data[size - 1] != 0) {
-        return Codes::k_invalid;
-    }
-    auto const* const begin = reinterpret_cast<char const*>(record->data);
-    text.assign(begin, std::strlen(begin));
-    return 0;
-}
 
 std::uint64_t AppElementSize(std::string const& endpointText) {
     return k_appHeadSize + endpointText.size() + 1;
@@ -74,8 +39,7 @@ void WriteAppElement(Serial::Writer& writer, AppEndpointStr const& value,
     writer.Byte(value.GetAddrGroupPrefix());
     writer.BigEndian<std::uint16_t>(value.GetAppProtocolVersion());
     writer.BigEndian<std::uint16_t>(value.GetAppProtocolCompatVersion());
-    writer.Bytes(endpointText.data(), endpointText.size());
-    writer.Byte(0);
+    writer.CString(endpointText);
 }
 
 // Reads one element; false when the head or the terminated text does not fit
@@ -88,13 +52,11 @@ bool ReadAppElement(Serial::Reader& reader, AppEndpointStr& out) {
     if (reader.Failed()) {
         return false;
     }
-    auto const* const zero =
-        static_cast<unsigned char const*>(std::memchr(reader.Position(), 0, reader.Remaining()));
-    if (!zero) {
+    char const* text = nullptr;
+    std::uint32_t length = 0;
+    if (!reader.CString(text, length)) {
         return false;
     }
-    auto const length = static_cast<std::uint32_t>(zero - reader.Position());
-    auto const* const text = reinterpret_cast<char const*>(reader.Take(length + 1));
     out = AppEndpointStr(
         AppProtocolInfo_t(static_cast<AppProtocolType_t>(type), version, compatVersion),
         EndpointStr::FromString(std::string(text, length)), prefix);
@@ -114,7 +76,7 @@ bool ReadWord(std::istream& in, std::string& word) {
 template <class ItemT, class Parse>
 int DeserializeFromText(ItemT& item, ItemBase::ConstSerialStruct_t const* record, Parse parse) {
     std::string text;
-    int const code = ReadText(record, item, text);
+    int const code = Serial::ReadTextPayload(record, item, text);
     if (code == 0) {
         item.SetVal(parse(text));
     }
@@ -348,7 +310,7 @@ unsigned int AddrItem::GetSerialDataSize() const {
 }
 
 int AddrItem::Serialize(SerialStruct_t* record) const {
-    return WriteText(record, *this, GetValAsString());
+    return Serial::WriteTextPayload(record, *this, GetValAsString());
 }
 
 int AddrItem::Deserialize(ConstSerialStruct_t const* record) {
@@ -384,7 +346,7 @@ unsigned int EndpointItem::GetSerialDataSize() const {
 }
 
 int EndpointItem::Serialize(SerialStruct_t* record) const {
-    return WriteText(record, *this, GetValAsString());
+    return Serial::WriteTextPayload(record, *this, GetValAsString());
 }
 
 int EndpointItem::Deserialize(ConstSerialStruct_t const* record) {
@@ -424,7 +386,7 @@ int AppEndpointItem::Serialize(SerialStruct_t* record) const {
     // The endpoint text, not the URI: the protocol travels in the head.
     std::string const text = Val().GetEndpoint().ToString();
     std::uint64_t const size = AppElementSize(text);
-    if (size > k_maxPayload) {
+    if (!Serial::FitsSizeField(size)) {
         return Codes::k_invalid;
     }
     unsigned char* const payload =
@@ -680,7 +642,7 @@ int AppEndpointArrayItem::Serialize(SerialStruct_t* record) const {
         texts.push_back(element.GetEndpoint().ToString());
         size += AppElementSize(texts.back());
     }
-    if (size > k_maxPayload) {
+    if (!Serial::FitsSizeField(size)) {
         return Codes::k_invalid;
     }
     unsigned char* const payload =

@@ -488,8 +488,7 @@ unsigned int BoolArrayItem::GetSerialDataSize() const {
 
 int BoolArrayItem::Serialize(SerialStruct_t* record) const {
     std::uint64_t const size = PackedSize(value_.size());
-    // The size field has 32 bits.
-    if (!record || size > std::numeric_limits<std::uint32_t>::max()) {
+    if (!record || !Serial::FitsSizeField(size)) {
         return Codes::k_invalid;
     }
     unsigned char* const payload =

@@ -215,10 +215,10 @@ int ColourItem::Serialize(SerialStruct_t* record) const {
     if (!payload) {
         return Codes::k_invalid;
     }
-    Serial::PutColourComponent(payload, value_.a);
-    Serial::PutColourComponent(payload + 4, value_.r);
-    Serial::PutColourComponent(payload + 8, value_.g);
-    Serial::PutColourComponent(payload + 12, value_.b);
+    Serial::PutLittleEndianFloat(payload, value_.a);
+    Serial::PutLittleEndianFloat(payload + 4, value_.r);
+    Serial::PutLittleEndianFloat(payload + 8, value_.g);
+    Serial::PutLittleEndianFloat(payload + 12, value_.b);
     return 0;
 }
 
@@ -228,9 +228,9 @@ int ColourItem::Deserialize(ConstSerialStruct_t const* record) {
         return code;
     }
     unsigned char const* const in = record->GetData();
-    value_ =
-        Vintor::Colour_t(Serial::GetColourComponent(in), Serial::GetColourComponent(in + 4),
-                         Serial::GetColourComponent(in + 8), Serial::GetColourComponent(in + 12));
+    value_ = Vintor::Colour_t(
+        Serial::GetLittleEndianFloat(in), Serial::GetLittleEndianFloat(in + 4),
+        Serial::GetLittleEndianFloat(in + 8), Serial::GetLittleEndianFloat(in + 12));
     return 0;
 }
 
@@ -351,9 +351,9 @@ int OrientationItem::Serialize(SerialStruct_t* record) const {
     if (!payload) {
         return Codes::k_invalid;
     }
-    Serial::PutColourComponent(payload, value_.bearing);
-    Serial::PutColourComponent(payload + 4, value_.inclination);
-    Serial::PutColourComponent(payload + 8, value_.roll);
+    Serial::PutLittleEndianFloat(payload, value_.bearing);
+    Serial::PutLittleEndianFloat(payload + 4, value_.inclination);
+    Serial::PutLittleEndianFloat(payload + 8, value_.roll);
     return 0;
 }
 
@@ -364,9 +364,9 @@ int OrientationItem::Deserialize(ConstSerialStruct_t const* record) {
     }
     unsigned char const* const in = record->GetData();
     Orientation_t read;
-    read.bearing = Serial::GetColourComponent(in);
-    read.inclination = Serial::GetColourComponent(in + 4);
-    read.roll = Serial::GetColourComponent(in + 8);
+    read.bearing = Serial::GetLittleEndianFloat(in);
+    read.inclination = Serial::GetLittleEndianFloat(in + 4);
+    read.roll = Serial::GetLittleEndianFloat(in + 8);
     value_ = read;
     return 0;
 }

@@ -21,7 +21,6 @@ namespace Oru {
 
 namespace {
 
-constexpr std::uint32_t k_childHeaderSize = 10;
 constexpr std::uint32_t k_countSize = 2;
 
 // How many composite records the present thread is decoding, one inside the
@@ -38,17 +37,6 @@ public:
 
     bool TooDeep() const noexcept { return t_depth > CompositeItem::k_maxDepth; }
 };
-
-// The four header fields of a written record as they stand there: id and
-// size are already in network order.
-void CopyHeader(unsigned char* out, ItemBase::SerialStruct_t const& record) {
-    std::uint32_t const id = record.id;
-    std::uint32_t const size = record.dataSize;
-    std::memcpy(out, &id, 4);
-    std::memcpy(out + 4, &size, 4);
-    out[8] = record.type;
-    out[9] = record.numericType;
-}
 
 // The record the children of a composite write in turn, and the place in
 // the composite's payload lent to the current one: a payload that is that
@@ -276,7 +264,7 @@ unsigned int CompositeItem::GetSerialDataSize() const {
     // 32-bit unsigned arithmetic, as the size field holds.
     std::uint32_t size = k_countSize;
     for (ItemPtr const& child : items_) {
-        size += k_childHeaderSize + (child ? child->GetSerialDataSize() : 0u);
+        size += Serial::k_headerSize + (child ? child->GetSerialDataSize() : 0u);
     }
     return size;
 }
@@ -300,7 +288,7 @@ int CompositeItem::Serialize(SerialStruct_t* record) const {
     SerialStruct_t local;
     BorrowedPayload borrowed(local);
     for (ItemPtr const& child : items_) {
-        if (size - at < k_childHeaderSize) {
+        if (size - at < Serial::k_headerSize) {
             break;
         }
         // A child that refuses leaves its record zeroed: ten zero bytes stand
@@ -311,16 +299,16 @@ int CompositeItem::Serialize(SerialStruct_t* record) const {
         local.numericType = 0;
         // The child's payload goes straight to its place in ours when it fits
         // the space left: the same bytes the copy below would put there.
-        unsigned char* const place = payload + at + k_childHeaderSize;
+        unsigned char* const place = payload + at + Serial::k_headerSize;
         borrowed.Lend(place);
         if (child) {
-            Serial::t_placed = {&local, child.get(), size - at - k_childHeaderSize, place};
+            Serial::t_placed = {&local, child.get(), size - at - Serial::k_headerSize, place};
             static_cast<void>(child->Serialize(&local));
         }
-        CopyHeader(payload + at, local);
-        at += k_childHeaderSize;
+        Serial::PutHeader(payload + at, local);
+        at += Serial::k_headerSize;
         // Bounded by the space left, should a child write more than it said.
-        std::uint32_t const copied = std::min(Serial::HostToNet32(local.dataSize), size - at);
+        std::uint32_t const copied = std::min(Serial::NetToHost32(local.dataSize), size - at);
         if (copied != 0 && local.GetData() && !borrowed.Used()) {
             std::memcpy(payload + at, local.GetData(), copied);
         }
@@ -347,15 +335,14 @@ int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
     // Each child is appended as it is read, after the children already held;
     // a failure keeps those appended so far, as callers of this family expect.
     items_.reserve(items_.size() +
-                   std::min<std::size_t>(count, reader.Remaining() / k_childHeaderSize));
+                   std::min<std::size_t>(count, reader.Remaining() / Serial::k_headerSize));
     for (unsigned int i = 0; i < count; ++i) {
-        unsigned char const* const header = reader.Take(k_childHeaderSize);
-        if (!header) {
+        Serial::Header const header = reader.TakeHeader();
+        if (reader.Failed()) {
             return Codes::k_noSerialForm;
         }
         ConstSerialStruct_t child;
-        child.SetHeader(Serial::GetBigEndian<std::uint32_t>(header),
-                        Serial::GetBigEndian<std::uint32_t>(header + 4), header[8], header[9]);
+        Serial::SetHeader(child, header);
         if (child.GetDataSize() > reader.Remaining()) {
             return Codes::k_noSerialForm;
         }

@@ -83,7 +83,7 @@ int ItemBase::Deserialize(ConstSerialStruct_t const* record, boost::intrusive_pt
     if (!row || !row->makeItem) {
         return Codes::k_invalid;
     }
-    item.reset(row->makeItem(Serial::HostToNet32(record->id)));
+    item.reset(row->makeItem(Serial::NetToHost32(record->id)));
     return item->Deserialize(record);
 }
 

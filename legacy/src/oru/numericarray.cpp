@@ -398,8 +398,8 @@ unsigned int NumericArrayItem<T>::GetSerialDataSize() const {
 
 template <class T>
 int NumericArrayItem<T>::Serialize(SerialStruct_t* record) const {
-    // The size field holds 32 bits; a larger array has no serial form.
-    if (value_.size() > std::numeric_limits<std::uint32_t>::max() / T::k_serialWidth) {
+    // A larger array has no serial form.
+    if (!Serial::FitsSizeField(value_.size(), T::k_serialWidth)) {
         return Codes::k_invalid;
     }
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());

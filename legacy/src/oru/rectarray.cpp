@@ -349,8 +349,8 @@ unsigned int RectArrayItem<T>::GetSerialDataSize() const {
 
 template <class T>
 int RectArrayItem<T>::Serialize(SerialStruct_t* record) const {
-    // The size field holds 32 bits; a longer list has no serial form.
-    if (value_.size() > std::numeric_limits<std::uint32_t>::max() / k_rectBytes) {
+    // A longer list has no serial form.
+    if (!Serial::FitsSizeField(value_.size(), k_rectBytes)) {
         return Codes::k_invalid;
     }
     unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());

@@ -32,11 +32,11 @@ void ItemBase::SerialStruct_t::Clear() noexcept {
 }
 
 std::uint32_t ItemBase::SerialStruct_t::GetId() const noexcept {
-    return Serial::HostToNet32(id);
+    return Serial::NetToHost32(id);
 }
 
 std::uint32_t ItemBase::SerialStruct_t::GetDataSize() const noexcept {
-    return Serial::HostToNet32(dataSize);
+    return Serial::NetToHost32(dataSize);
 }
 
 ItemBase::ConstSerialStruct_t::ConstSerialStruct_t() noexcept {
@@ -59,11 +59,11 @@ void ItemBase::ConstSerialStruct_t::Clear() noexcept {
 }
 
 std::uint32_t ItemBase::ConstSerialStruct_t::GetId() const noexcept {
-    return Serial::HostToNet32(id);
+    return Serial::NetToHost32(id);
 }
 
 std::uint32_t ItemBase::ConstSerialStruct_t::GetDataSize() const noexcept {
-    return Serial::HostToNet32(dataSize);
+    return Serial::NetToHost32(dataSize);
 }
 
 void ItemBase::ConstSerialStruct_t::SetHeader(std::uint32_t hostId, std::uint32_t hostDataSize,

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <type_traits>
 
 #include <legacy/oru/itembase.h>
@@ -49,13 +50,28 @@ inline U SwapBytes(U v) noexcept {
     }
 }
 
-// Host order to network order and back (the same operation).
+// Host order to network order, and network order to host order: the same
+// swap, named by its direction at each use.
 inline std::uint32_t HostToNet32(std::uint32_t v) noexcept {
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
     return ByteSwap(v);
 #else
     return v;
 #endif
+}
+
+inline std::uint32_t NetToHost32(std::uint32_t v) noexcept {
+    return HostToNet32(v);
+}
+
+// The size field has 32 bits: whether count elements of width bytes, and
+// extra bytes beside them, make a payload it can state. Computed without
+// overflow for any count.
+constexpr std::uint64_t k_maxPayload = 0xFFFFFFFFu;
+
+constexpr bool FitsSizeField(std::uint64_t count, std::uint64_t width = 1,
+                             std::uint64_t extra = 0) noexcept {
+    return extra <= k_maxPayload && (width == 0 || count <= (k_maxPayload - extra) / width);
 }
 
 // Writes an unsigned integer of N bytes, most significant first. One swap
@@ -114,10 +130,10 @@ inline double MapDouble(double value) noexcept {
     return static_cast<double>(ByteSwap(bits));
 }
 
-// The colour and orientation slots: MapFloat's steps, the result stored as an
-// IEEE single in little-endian byte order whatever the host, unlike every
-// other number on the wire. Peers read and write these exact bytes.
-inline void PutColourComponent(unsigned char* out, float value) noexcept {
+// The float slots of colours and orientations: MapFloat's steps, the result
+// stored as an IEEE single in little-endian byte order whatever the host,
+// unlike every other number on the wire. Peers read and write these exact bytes.
+inline void PutLittleEndianFloat(unsigned char* out, float value) noexcept {
     float const mapped = MapFloat(value);
     std::uint32_t bits;
     std::memcpy(&bits, &mapped, sizeof bits);
@@ -126,7 +142,7 @@ inline void PutColourComponent(unsigned char* out, float value) noexcept {
     }
 }
 
-inline float GetColourComponent(unsigned char const* in) noexcept {
+inline float GetLittleEndianFloat(unsigned char const* in) noexcept {
     std::uint32_t bits = 0;
     for (std::size_t i = 0; i < sizeof bits; ++i) {
         bits |= static_cast<std::uint32_t>(in[i]) << (8 * i);
@@ -165,6 +181,37 @@ inline typename T::Element GetElement(unsigned char const* in) noexcept {
     } else {
         return static_cast<E>(GetBigEndian<typename std::make_unsigned<E>::type>(in));
     }
+}
+
+// The header of a record laid flat: id and payload size, big-endian, then
+// the type byte and the element byte. Composites lay their children so; the
+// program reads captured records and the fuzzers make them the same way.
+constexpr std::uint32_t k_headerSize = 10;
+
+struct Header {
+    std::uint32_t id;        // host order
+    std::uint32_t dataSize;  // host order
+    std::uint8_t type;
+    std::uint8_t numericType;
+};
+
+inline Header GetHeader(unsigned char const* in) noexcept {
+    return Header{GetBigEndian<std::uint32_t>(in), GetBigEndian<std::uint32_t>(in + 4), in[8],
+                  in[9]};
+}
+
+// The record's fields are in network order already, so they are copied as
+// they stand.
+inline void PutHeader(unsigned char* out, Record const& record) noexcept {
+    std::memcpy(out, &record.id, 4);
+    std::memcpy(out + 4, &record.dataSize, 4);
+    out[8] = record.type;
+    out[9] = record.numericType;
+}
+
+// A reader's record for a header laid flat; its payload is the caller's.
+inline void SetHeader(ConstRecord& record, Header const& header) noexcept {
+    record.SetHeader(header.id, header.dataSize, header.type, header.numericType);
 }
 
 // Every per-thread variable of the library, and why a fixed signature leaves
@@ -243,7 +290,7 @@ inline int CheckPrologue(ConstRecord const* record, ItemBase const& item) noexce
     if (!record) {
         return Codes::k_nullPointer;
     }
-    if (HostToNet32(record->id) != item.GetId()) {
+    if (NetToHost32(record->id) != item.GetId()) {
         return Codes::k_invalid;
     }
     if (record->type != static_cast<std::uint8_t>(item.GetType())) {
@@ -265,7 +312,24 @@ inline int CheckPrologue(ConstRecord const* record, ItemBase const& item,
     if (code != 0) {
         return code;
     }
-    return HostToNet32(record->dataSize) == size ? 0 : -41;
+    return NetToHost32(record->dataSize) == size ? Codes::k_ok : Codes::k_invalid;
+}
+
+// A payload that is one text and its terminator: the record must end in 0,
+// which also keeps the search inside it, and the text runs to its first 0.
+// An empty payload has no terminator. Prologue first.
+inline int ReadTextPayload(ConstRecord const* record, ItemBase const& item, std::string& text) {
+    int const code = CheckPrologue(record, item);
+    if (code != Codes::k_ok) {
+        return code;
+    }
+    std::uint32_t const size = record->GetDataSize();
+    if (size == 0 || record->data[size - 1] != 0) {
+        return Codes::k_invalid;
+    }
+    auto const* const begin = reinterpret_cast<char const*>(record->data);
+    text.assign(begin, std::strlen(begin));
+    return Codes::k_ok;
 }
 
 // Sequential reads over a payload that never pass its end: a read that would
@@ -301,6 +365,27 @@ public:
 
     std::uint8_t Byte() noexcept { return BigEndian<std::uint8_t>(); }
 
+    // The text up to the next 0, which is taken with it; false (and failed)
+    // when no 0 remains, so the search never leaves the payload.
+    bool CString(char const*& text, std::uint32_t& length) noexcept {
+        auto const* const zero =
+            failed_ ? nullptr
+                    : static_cast<unsigned char const*>(std::memchr(data_, 0, remaining_));
+        if (!zero) {
+            failed_ = true;
+            return false;
+        }
+        length = static_cast<std::uint32_t>(zero - data_);
+        text = reinterpret_cast<char const*>(Take(length + 1));
+        return true;
+    }
+
+    // The next header laid flat; zeros (and failed) when fewer than ten bytes remain.
+    Header TakeHeader() noexcept {
+        unsigned char const* const at = Take(k_headerSize);
+        return at ? GetHeader(at) : Header{0, 0, 0, 0};
+    }
+
     template <class T>
     typename T::Element Element() noexcept {
         unsigned char const* const at = Take(T::k_serialWidth);
@@ -331,6 +416,11 @@ public:
         data_ += sizeof(U);
     }
     void Byte(std::uint8_t value) noexcept { *data_++ = value; }
+    // The text and its terminating 0.
+    void CString(std::string const& text) noexcept {
+        Bytes(text.data(), text.size());
+        Byte(0);
+    }
     template <class T>
     void Element(typename T::Element value) noexcept {
         PutElement<T>(data_, value);
@@ -341,6 +431,21 @@ public:
 private:
     unsigned char* data_;
 };
+
+// A payload of one text and its terminator; -41 for a text the size field
+// cannot state, or a null record.
+inline int WriteTextPayload(Record* record, ItemBase const& item, std::string const& text) {
+    if (!FitsSizeField(text.size(), 1, 1)) {
+        return Codes::k_invalid;
+    }
+    unsigned char* const payload =
+        WriteEnvelope(record, item, static_cast<std::uint32_t>(text.size() + 1));
+    if (!payload) {
+        return Codes::k_invalid;
+    }
+    Writer(payload).CString(text);
+    return Codes::k_ok;
+}
 
 }  // namespace Serial
 }  // namespace Oru

@@ -263,8 +263,7 @@ unsigned int StringArrayItem::GetSerialDataSize() const {
 
 int StringArrayItem::Serialize(SerialStruct_t* record) const {
     std::uint64_t const size = ListPayloadSize(value_);
-    // The size field has 32 bits.
-    if (!record || size > std::numeric_limits<std::uint32_t>::max()) {
+    if (!record || !Serial::FitsSizeField(size)) {
         return Codes::k_invalid;
     }
     unsigned char* const payload =
@@ -272,8 +271,7 @@ int StringArrayItem::Serialize(SerialStruct_t* record) const {
     Serial::Writer writer(payload);
     // No count: the terminators separate the strings, the size field ends the list.
     for (std::string const& text : value_) {
-        writer.Bytes(text.data(), text.size());
-        writer.Byte(0);
+        writer.CString(text);
     }
     return 0;
 }
@@ -294,12 +292,10 @@ int StringArrayItem::Deserialize(ConstSerialStruct_t const* record) {
     // At most one string per payload byte, so the list is bounded by the bytes present.
     std::vector<std::string> read;
     while (reader.Remaining() != 0) {
-        auto const* const start = reader.Position();
-        auto const* const end =
-            static_cast<unsigned char const*>(std::memchr(start, 0, reader.Remaining()));
-        auto const length = static_cast<std::uint32_t>(end - start);
-        read.emplace_back(reinterpret_cast<char const*>(start), length);
-        reader.Take(length + 1);
+        char const* text = nullptr;
+        std::uint32_t length = 0;
+        reader.CString(text, length);  // found: the payload ends in 0
+        read.emplace_back(text, length);
     }
     // Appended to what the Item holds, not replacing it: a second read
     // doubles the list, as callers of this format expect.
@@ -550,18 +546,7 @@ int StringSparseItem::Serialize(SerialStruct_t* record) const {
 }
 
 int StringSparseItem::Deserialize(ConstSerialStruct_t const* record) {
-    int const code = Serial::CheckPrologue(record, *this);
-    if (code != 0) {
-        return code;
-    }
-    std::uint32_t const size = record->GetDataSize();
-    // A payload must hold at least its terminator, and end in it.
-    if (size == 0 || record->data[size - 1] != 0) {
-        return Codes::k_invalid;
-    }
-    auto const* const text = reinterpret_cast<char const*>(record->data);
-    value_.assign(text, std::strlen(text));
-    return 0;
+    return Serial::ReadTextPayload(record, *this, value_);
 }
 
 std::shared_ptr<ResultElem const> StringSparseItem::Validate(

@@ -204,33 +204,11 @@ unsigned int StringItem::GetSerialDataSize() const {
 }
 
 int StringItem::Serialize(SerialStruct_t* record) const {
-    // The size field has 32 bits.
-    if (value_.size() >= 0xFFFFFFFFu) {
-        return Codes::k_invalid;
-    }
-    unsigned char* const payload = Serial::WriteEnvelope(record, *this, GetSerialDataSize());
-    if (!payload) {
-        return Codes::k_invalid;
-    }
-    Serial::Writer writer(payload);
-    writer.Bytes(value_.data(), value_.size());
-    writer.Byte(0);
-    return 0;
+    return Serial::WriteTextPayload(record, *this, value_);
 }
 
 int StringItem::Deserialize(ConstSerialStruct_t const* record) {
-    int const code = Serial::CheckPrologue(record, *this);
-    if (code != 0) {
-        return code;
-    }
-    std::uint32_t const size = record->GetDataSize();
-    // A payload must hold at least its terminator, and end in it.
-    if (size == 0 || record->data[size - 1] != 0) {
-        return Codes::k_invalid;
-    }
-    auto const* const text = reinterpret_cast<char const*>(record->data);
-    value_.assign(text, std::strlen(text));
-    return 0;
+    return Serial::ReadTextPayload(record, *this, value_);
 }
 
 std::shared_ptr<ResultElem const> StringItem::Validate(
