@@ -377,6 +377,14 @@ struct Writer {
         }
     }
 
+    // The sizes and default of an array family whose elements have no bounds.
+    template <class InfoT>
+    void SizedArray(InfoT const& info) {
+        out["minSize"] = info.GetMinSize();
+        out["maxSize"] = info.GetMaxSize();
+        ArrayDefault(info);
+    }
+
     template <class T>
     void operator()(NumericInfo<T> const& info) {
         WriteScalar(info, out);
@@ -429,11 +437,7 @@ struct Writer {
         out["default"] = DefaultJson(info);
     }
 
-    void operator()(BoolArrayInfo const& info) {
-        out["minSize"] = info.GetMinSize();
-        out["maxSize"] = info.GetMaxSize();
-        ArrayDefault(info);
-    }
+    void operator()(BoolArrayInfo const& info) { SizedArray(info); }
 
     void operator()(EnumInfo const& info) {
         Json table = Json::array();
@@ -454,11 +458,7 @@ struct Writer {
         out["default"] = DefaultJson(info);
     }
 
-    void operator()(StringArrayInfo const& info) {
-        out["minSize"] = info.GetMinSize();
-        out["maxSize"] = info.GetMaxSize();
-        ArrayDefault(info);
-    }
+    void operator()(StringArrayInfo const& info) { SizedArray(info); }
 
     void operator()(StringSparseInfo const& info) {
         out["table"] = info.GetTable();
