@@ -12,6 +12,7 @@
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 
 namespace Legacy {
@@ -63,15 +64,6 @@ bool ReadAppElement(Serial::Reader& reader, AppEndpointStr& out) {
     return true;
 }
 
-// One blank-separated word, or nothing at the end of the stream.
-bool ReadWord(std::istream& in, std::string& word) {
-    if (in.eof()) {
-        return false;
-    }
-    in >> word;
-    return true;
-}
-
 // Reads a record whose payload is the value's text; parse makes the value.
 template <class ItemT, class Parse>
 int DeserializeFromText(ItemT& item, ItemBase::ConstSerialStruct_t const* record, Parse parse) {
@@ -88,7 +80,7 @@ int DeserializeFromText(ItemT& item, ItemBase::ConstSerialStruct_t const* record
 template <class ItemT, class Parse>
 bool SetFromWord(ItemT& item, std::istream& in, Parse parse) {
     std::string word;
-    if (ReadWord(in, word)) {
+    if (TextIO::ReadWord(in, word)) {
         item.SetVal(parse(word));
     }
     return true;
@@ -686,8 +678,7 @@ std::shared_ptr<ResultElem const> AppEndpointArrayItem::Validate(
 
 bool AppEndpointArrayItem::SetValFromStream(std::istream& /*in*/, std::ostream& errors,
                                             boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    errors << "Impl. me";
-    return false;
+    return TextIO::NotImplemented(errors);
 }
 
 void AppEndpointArrayItem::DumpVal(std::ostream& out) const {
@@ -696,14 +687,8 @@ void AppEndpointArrayItem::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& AppEndpointArrayItem::operator<<(std::ostream& out) const {
-    out << "(";
-    for (std::size_t i = 0; i < value_.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        out << value_[i].ToString();
-    }
-    return out << ")";
+    return TextIO::WriteList(out, value_,
+                             [](std::ostream& o, auto const& element) { o << element.ToString(); });
 }
 
 }  // namespace Oru

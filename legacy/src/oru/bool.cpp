@@ -15,6 +15,7 @@
 #include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -268,22 +269,7 @@ std::shared_ptr<ResultElem const> BoolItem::Validate(
 
 bool BoolItem::SetValFromStream(std::istream& in, std::ostream& errors,
                                 boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    if (in.eof()) {
-        errors << "Error parsing "
-               << "boolItem"
-               << "\n";
-        return false;
-    }
-    bool read = false;
-    in >> read;
-    if (in.fail() || in.bad()) {
-        errors << "Error parsing "
-               << "boolItem"
-               << "\n";
-        return false;
-    }
-    value_ = read;
-    return true;
+    return TextIO::ReadField(in, errors, "boolItem", value_);
 }
 
 void BoolItem::DumpVal(std::ostream& out) const {
@@ -548,35 +534,7 @@ std::shared_ptr<ResultElem const> BoolArrayItem::Validate(
 
 bool BoolArrayItem::SetValFromStream(std::istream& in, std::ostream& errors,
                                      boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    auto const fail = [&errors](char const* what) {
-        errors << "Error parsing " << what << "\n";
-        return false;
-    };
-    if (in.eof()) {
-        return fail("arraySize");
-    }
-    unsigned int count = 0;
-    in >> count;
-    if (in.fail() || in.bad()) {
-        return fail("arraySize");
-    }
-    std::vector<bool> read;
-    // The count is only text: reserve no more than a modest amount ahead of
-    // the elements that actually arrive.
-    read.reserve(std::min<unsigned int>(count, 1u << 16));
-    for (unsigned int i = 0; i < count; ++i) {
-        if (in.eof()) {
-            return fail("arrayItem");
-        }
-        bool element = false;
-        in >> element;
-        if (in.fail() || in.bad()) {
-            return fail("arrayItem");
-        }
-        read.push_back(element);
-    }
-    value_.swap(read);
-    return true;
+    return TextIO::ReadCountedList(in, errors, 1u << 16, value_);
 }
 
 void BoolArrayItem::DumpVal(std::ostream& out) const {
@@ -587,14 +545,8 @@ void BoolArrayItem::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& BoolArrayItem::operator<<(std::ostream& out) const {
-    out << "(";
-    for (std::size_t i = 0; i < value_.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        out << Texts::Bool(value_[i]);
-    }
-    return out << ")";
+    return TextIO::WriteList(out, value_,
+                             [](std::ostream& o, bool element) { o << Texts::Bool(element); });
 }
 
 int BoolArrayItem::SetVal(std::vector<bool> const& value, BoolArrayInfo const& info) {

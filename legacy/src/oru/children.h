@@ -7,7 +7,7 @@
 #include <ostream>
 #include <vector>
 
-#include "texts.h"
+#include "textio.h"
 
 namespace Legacy {
 namespace Oru {
@@ -93,20 +93,14 @@ bool AllPairs(std::vector<Ptr> const& own, std::vector<Ptr> const& other, Test t
     return true;
 }
 
-// "(a, b, c)": the separator goes before every child but the first, a null
-// one included, which prints nothing.
+// "(a, b, c)": a null child prints nothing but keeps its separator.
 template <class Ptr>
 std::ostream& Write(std::ostream& out, std::vector<Ptr> const& children) {
-    out << "(";
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
+    return TextIO::WriteList(out, children, [](std::ostream& o, Ptr const& child) {
+        if (child) {
+            child->operator<<(o);
         }
-        if (children[i]) {
-            children[i]->operator<<(out);
-        }
-    }
-    return out << ")";
+    });
 }
 
 }  // namespace Children

@@ -8,6 +8,7 @@
 #include "codes.h"
 #include "dump.h"
 #include "family.h"
+#include "textio.h"
 #include "texts.h"
 
 namespace Legacy {
@@ -211,9 +212,7 @@ std::shared_ptr<ResultElem const> CollectionItem::Validate(
 
 bool CollectionItem::SetValFromStream(std::istream& /*in*/, std::ostream& errors,
                                       boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    // No text input for this family; callers look for this exact text.
-    errors << "Impl. me";
-    return false;
+    return TextIO::NotImplemented(errors);
 }
 
 void CollectionItem::DumpVal(std::ostream& out) const {

@@ -12,6 +12,7 @@
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 
 namespace Legacy {
@@ -51,8 +52,8 @@ unsigned int ItemByte(float component) noexcept {
 
 // "a, r, g, b".
 void WriteComponents(std::ostream& out, Vintor::Colour_t const& c) {
-    std::string const& separator = Texts::Separator();
-    out << c.a << separator << c.r << separator << c.g << separator << c.b;
+    float const components[] = {c.a, c.r, c.g, c.b};
+    TextIO::WriteJoined(out, components);
 }
 
 }  // namespace
@@ -242,11 +243,8 @@ std::shared_ptr<ResultElem const> ColourItem::Validate(
 
 bool ColourItem::SetValFromStream(std::istream& in, std::ostream& errors,
                                   boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    if (in.eof()) {
-        errors << "Error parsing "
-               << "colourItem"
-               << "\n";
-        return false;
+    if (TextIO::AtEnd(in)) {
+        return TextIO::Complain(errors, "colourItem");
     }
     // One character at most, and only up to an opening parenthesis: the text
     // of operator<< reads back, and so does the same without it.
@@ -260,11 +258,11 @@ bool ColourItem::SetValFromStream(std::istream& in, std::ostream& errors,
                             {&read.r, "colourItem.r"},
                             {&read.g, "colourItem.g"},
                             {&read.b, "colourItem.b"}};
+    // The fail flag alone between the fields: a field missing at the end sets it too.
     for (Field const& field : fields) {
         in >> *field.target;
-        if (in.fail() || in.bad()) {
-            errors << "Error parsing " << field.label << "\n";
-            return false;
+        if (TextIO::Failed(in)) {
+            return TextIO::Complain(errors, field.label);
         }
     }
     value_ = read;
@@ -379,9 +377,7 @@ std::shared_ptr<ResultElem const> OrientationItem::Validate(
 
 bool OrientationItem::SetValFromStream(std::istream& /*in*/, std::ostream& errors,
                                        boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    // No text input for this family; callers look for this exact text.
-    errors << "Impl. me";
-    return false;
+    return TextIO::NotImplemented(errors);
 }
 
 void OrientationItem::DumpVal(std::ostream& out) const {

@@ -12,6 +12,7 @@
 #include "family.h"
 #include "geometry.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -352,14 +353,13 @@ std::shared_ptr<ResultElem const> CoordinateItem<T>::Validate(
 template <class T>
 bool CoordinateItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                          boost::intrusive_ptr<InfoBase const> const& info) {
+    // The scalar's own complaint comes first, then the field's.
     if (!x_->SetValFromStream(in, errors, info)) {
-        errors << "Error parsing X\n";
-        return false;
+        return TextIO::Complain(errors, "X");
     }
     // x keeps what was read when y fails: there is no rollback.
     if (!y_->SetValFromStream(in, errors, info)) {
-        errors << "Error parsing Y\n";
-        return false;
+        return TextIO::Complain(errors, "Y");
     }
     return true;
 }
@@ -510,12 +510,10 @@ template <class T>
 bool RectItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                    boost::intrusive_ptr<InfoBase const> const& info) {
     if (!topLeft_->SetValFromStream(in, errors, info)) {
-        errors << "Error parsing TopLeft\n";
-        return false;
+        return TextIO::Complain(errors, "TopLeft");
     }
     if (!bottomRight_->SetValFromStream(in, errors, info)) {
-        errors << "Error parsing BottomRight\n";
-        return false;
+        return TextIO::Complain(errors, "BottomRight");
     }
     return true;
 }

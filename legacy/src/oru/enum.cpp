@@ -13,6 +13,7 @@
 #include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -112,16 +113,13 @@ void EnumInfo::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& EnumInfo::operator<<(std::ostream& out) const {
-    for (std::size_t i = 0; i < table_.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
+    TextIO::WriteJoined(out, table_, [](std::ostream& o, auto const& entry) {
+        o << entry.name;
+        if (entry.disabled) {
+            o << "*";
         }
-        out << table_[i].name;
-        if (table_[i].disabled) {
-            out << "*";
-        }
-        out << "=" << table_[i].value;
-    }
+        o << "=" << entry.value;
+    });
     return out << "; default=" << default_;
 }
 
@@ -347,18 +345,9 @@ std::shared_ptr<ResultElem const> EnumItem::Validate(
 
 bool EnumItem::SetValFromStream(std::istream& in, std::ostream& errors,
                                 boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    if (in.eof()) {
-        errors << "Error parsing "
-               << "enumItem"
-               << "\n";
-        return false;
-    }
+    // Read unsigned, so that 4294967295 stores -1; names are not understood.
     unsigned int read = 0;
-    in >> read;
-    if (in.fail() || in.bad()) {
-        errors << "Error parsing "
-               << "enumItem"
-               << "\n";
+    if (!TextIO::ReadField(in, errors, "enumItem", read)) {
         return false;
     }
     value_ = static_cast<int>(read);

@@ -8,6 +8,7 @@
 #include "codes.h"
 #include "dump.h"
 #include "family.h"
+#include "textio.h"
 
 namespace Legacy {
 namespace Oru {
@@ -162,9 +163,7 @@ std::shared_ptr<ResultElem const> LocalizedStringItem::Validate(
 
 bool LocalizedStringItem::SetValFromStream(std::istream& /*in*/, std::ostream& errors,
                                            boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    // The family has no text input; the fixed text is what callers look for.
-    errors << "Impl. me";
-    return false;
+    return TextIO::NotImplemented(errors);
 }
 
 void LocalizedStringItem::DumpVal(std::ostream& out) const {

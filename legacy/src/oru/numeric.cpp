@@ -11,6 +11,7 @@
 #include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "validation.h"
 
 namespace Legacy {
@@ -314,15 +315,7 @@ template <class T>
 bool NumericItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                       boost::intrusive_ptr<InfoBase const> const& /*info*/) {
     // No bounds here; the value stays as it was unless a whole number reads.
-    Element read{};
-    if (!ReadTextNumber<T>(in, read)) {
-        errors << "Error parsing "
-               << "numericItem"
-               << "\n";
-        return false;
-    }
-    value_ = read;
-    return true;
+    return TextIO::ReadField(in, errors, "numericItem", value_, &TextIO::ReadTextNumber<T>);
 }
 
 template <class T>

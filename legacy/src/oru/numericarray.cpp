@@ -15,6 +15,7 @@
 #include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -462,25 +463,7 @@ std::shared_ptr<ResultElem const> NumericArrayItem<T>::Validate(
 template <class T>
 bool NumericArrayItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                            boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    unsigned int count = 0;
-    if (!ReadText(in, count)) {
-        errors << "Error parsing arraySize\n";
-        return false;
-    }
-    // The count is only a claim of the text: reserve no more than a small
-    // block ahead of the numbers actually read.
-    std::vector<Element> read;
-    read.reserve(std::min<std::size_t>(count, 4096));
-    for (unsigned int i = 0; i < count; ++i) {
-        Element number{};
-        if (!ReadTextNumber<T>(in, number)) {
-            errors << "Error parsing arrayItem\n";
-            return false;
-        }
-        read.push_back(number);
-    }
-    value_.swap(read);
-    return true;
+    return TextIO::ReadCountedList(in, errors, 4096, value_, &TextIO::ReadTextNumber<T>);
 }
 
 template <class T>
@@ -493,15 +476,9 @@ void NumericArrayItem<T>::DumpVal(std::ostream& out) const {
 
 template <class T>
 std::ostream& NumericArrayItem<T>::operator<<(std::ostream& out) const {
-    using S = typename T::StreamOutType;
-    out << "(";
-    for (std::size_t i = 0; i < value_.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        out << static_cast<S>(value_[i]);
-    }
-    return out << ")";
+    return TextIO::WriteList(out, value_, [](std::ostream& o, Element element) {
+        o << static_cast<typename T::StreamOutType>(element);
+    });
 }
 
 template <class T>

@@ -4,7 +4,6 @@
 #define LEGACY_ORU_SRC_NUMERICCONV_H
 
 #include <cmath>
-#include <istream>
 #include <limits>
 #include <type_traits>
 
@@ -172,29 +171,6 @@ int ReadSourceNumber(ItemBase const& source, unsigned int index, SourceNumber& o
 // or -26 for an Item that is no rectangle of U16, S32 or Float. Rectangles
 // are no source of a single number, so ReadSourceNumber refuses them.
 int ReadSourceRectangle(ItemBase const& source, SourceNumber (&out)[4]);
-
-// Reads one value from text as the text readers of the families do: false if
-// the stream is at its end before the read or fails in it.
-template <class V>
-bool ReadText(std::istream& in, V& out) {
-    if (in.eof()) {
-        return false;
-    }
-    in >> out;
-    return !(in.fail() || in.bad());
-}
-
-// Reads one number of T's element from text through T's stream type; the
-// 8-bit members keep the low byte of what they read, with no range check.
-template <class T>
-bool ReadTextNumber(std::istream& in, typename T::Element& out) {
-    typename T::StreamInType read{};
-    if (!ReadText(in, read)) {
-        return false;
-    }
-    out = static_cast<typename T::Element>(read);
-    return true;
-}
 
 }  // namespace Oru
 }  // namespace Legacy

@@ -11,6 +11,7 @@
 #include "family.h"
 #include "numericconv.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -131,12 +132,8 @@ void NumericSparseInfo<T>::DumpVal(std::ostream& out) const {
 template <class T>
 std::ostream& NumericSparseInfo<T>::operator<<(std::ostream& out) const {
     using S = typename T::StreamOutType;
-    for (std::size_t i = 0; i < table_.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        out << static_cast<S>(table_[i]);
-    }
+    TextIO::WriteJoined(out, table_,
+                        [](std::ostream& o, Element entry) { o << static_cast<S>(entry); });
     return out << "; default=" << static_cast<S>(default_);
 }
 
@@ -287,11 +284,7 @@ template <class T>
 bool NumericSparseItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                             boost::intrusive_ptr<InfoBase const> const& /*info*/) {
     // The table is not consulted: SetVal with the Info is where it applies.
-    if (!ReadTextNumber<T>(in, value_)) {
-        errors << "Error parsing numericSparseItem\n";
-        return false;
-    }
-    return true;
+    return TextIO::ReadField(in, errors, "numericSparseItem", value_, &TextIO::ReadTextNumber<T>);
 }
 
 template <class T>

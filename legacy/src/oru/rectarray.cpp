@@ -16,6 +16,7 @@
 #include "geometry.h"
 #include "numericconv.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -407,40 +408,20 @@ std::shared_ptr<ResultElem const> RectArrayItem<T>::Validate(
 template <class T>
 bool RectArrayItem<T>::SetValFromStream(std::istream& in, std::ostream& errors,
                                         boost::intrusive_ptr<InfoBase const> const& info) {
-    if (in.eof()) {
-        errors << "Error parsing "
-               << "arraySize"
-               << "\n";
-        return false;
+    if (TextIO::AtEnd(in)) {
+        return TextIO::Complain(errors, TextIO::k_arraySize);
     }
     unsigned int count = 0;
     in >> count;
     // The end-of-file flag, not the fail flag: a count that ends the input is
     // refused, while text that is no number reads as 0, as callers expect.
-    if (in.eof()) {
-        errors << "Error parsing "
-               << "arraySize"
-               << "\n";
-        return false;
+    if (TextIO::AtEnd(in)) {
+        return TextIO::Complain(errors, TextIO::k_arraySize);
     }
-    // The count is only a claim of the text: reserve no more than a small
-    // block ahead of the rectangles actually read.
-    Rects read;
-    read.reserve(std::min<std::size_t>(count, 1024));
-    for (unsigned int i = 0; i < count; ++i) {
-        RectItem<T> rect(0);
-        if (!rect.TopLeft()->SetValFromStream(in, errors, info)) {
-            errors << "Error parsing TopLeft\n";
-            return false;
-        }
-        if (!rect.BottomRight()->SetValFromStream(in, errors, info)) {
-            errors << "Error parsing BottomRight\n";
-            return false;
-        }
-        read.push_back(rect);
-    }
-    value_.swap(read);
-    return true;
+    // Each a new rectangle with the id 0, whose reader names the failed corner.
+    return TextIO::ReadElements(count, 1024, value_, [&in, &errors, &info](RectItem<T>& rect) {
+        return rect.SetValFromStream(in, errors, info);
+    });
 }
 
 template <class T>
@@ -452,14 +433,8 @@ void RectArrayItem<T>::DumpVal(std::ostream& out) const {
 
 template <class T>
 std::ostream& RectArrayItem<T>::operator<<(std::ostream& out) const {
-    out << "(";
-    for (std::size_t i = 0; i < value_.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        value_[i].operator<<(out);
-    }
-    return out << ")";
+    return TextIO::WriteList(out, value_,
+                             [](std::ostream& o, RectItem<T> const& rect) { rect.operator<<(o); });
 }
 
 template <class T>

@@ -17,6 +17,7 @@
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -40,15 +41,6 @@ bool AssignStrings(std::vector<std::string>& target, std::vector<std::string> co
         }
     }
     return differs;
-}
-
-void WriteList(std::ostream& out, std::vector<std::string> const& strings) {
-    for (std::size_t i = 0; i < strings.size(); ++i) {
-        if (i != 0) {
-            out << Texts::Separator();
-        }
-        out << strings[i];
-    }
 }
 
 // The text of a single Bool ("True"/"False") or String source; false for
@@ -323,35 +315,7 @@ std::shared_ptr<ResultElem const> StringArrayItem::Validate(
 
 bool StringArrayItem::SetValFromStream(std::istream& in, std::ostream& errors,
                                        boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    auto const fail = [&errors](char const* what) {
-        errors << "Error parsing " << what << "\n";
-        return false;
-    };
-    if (in.eof()) {
-        return fail("arraySize");
-    }
-    unsigned int count = 0;
-    in >> count;
-    if (in.fail() || in.bad()) {
-        return fail("arraySize");
-    }
-    std::vector<std::string> read;
-    // The count is only text: reserve no more than a modest amount ahead of
-    // the words that actually arrive.
-    read.reserve(std::min<unsigned int>(count, 1u << 12));
-    for (unsigned int i = 0; i < count; ++i) {
-        if (in.eof()) {
-            return fail("arrayItem");
-        }
-        std::string word;
-        in >> word;
-        if (in.fail() || in.bad()) {
-            return fail("arrayItem");
-        }
-        read.push_back(std::move(word));
-    }
-    value_.swap(read);
-    return true;
+    return TextIO::ReadCountedList(in, errors, 1u << 12, value_);
 }
 
 void StringArrayItem::DumpVal(std::ostream& out) const {
@@ -362,9 +326,7 @@ void StringArrayItem::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& StringArrayItem::operator<<(std::ostream& out) const {
-    out << "(";
-    WriteList(out, value_);
-    return out << ")";
+    return TextIO::WriteList(out, value_);
 }
 
 int StringArrayItem::SetVal(std::vector<std::string> const& value, StringArrayInfo const& info) {
@@ -449,7 +411,7 @@ void StringSparseInfo::DumpVal(std::ostream& out) const {
 }
 
 std::ostream& StringSparseInfo::operator<<(std::ostream& out) const {
-    WriteList(out, table_);
+    TextIO::WriteJoined(out, table_);
     return out << "; default=" << default_;
 }
 
@@ -558,22 +520,7 @@ std::shared_ptr<ResultElem const> StringSparseItem::Validate(
 
 bool StringSparseItem::SetValFromStream(std::istream& in, std::ostream& errors,
                                         boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    auto const fail = [&errors]() {
-        errors << "Error parsing "
-               << "stringSparseItem"
-               << "\n";
-        return false;
-    };
-    if (in.eof()) {
-        return fail();
-    }
-    std::string word;
-    in >> word;
-    if (in.fail() || in.bad()) {
-        return fail();
-    }
-    value_.swap(word);
-    return true;
+    return TextIO::ReadField(in, errors, "stringSparseItem", value_);
 }
 
 void StringSparseItem::DumpVal(std::ostream& out) const {

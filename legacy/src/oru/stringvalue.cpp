@@ -14,6 +14,7 @@
 #include "dump.h"
 #include "family.h"
 #include "serialcodec.h"
+#include "textio.h"
 #include "texts.h"
 #include "validation.h"
 
@@ -227,13 +228,12 @@ std::shared_ptr<ResultElem const> StringItem::Validate(
 
 bool StringItem::SetValFromStream(std::istream& in, std::ostream& /*errors*/,
                                   boost::intrusive_ptr<InfoBase const> const& /*info*/) {
-    if (in.eof()) {
-        return true;
-    }
+    // No parse error: a failed read leaves the word empty, and the value with
+    // it; at the end of the text the value stays.
     std::string word;
-    in >> word;
-    // A failed read leaves the word empty, and the value with it.
-    value_.swap(word);
+    if (TextIO::ReadWord(in, word)) {
+        value_.swap(word);
+    }
     return true;
 }
 
