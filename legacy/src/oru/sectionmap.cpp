@@ -10,6 +10,20 @@ namespace Oru {
 namespace {
 
 unsigned int const k_cleared = 0xFFFFFFFFu;
+
+// The subsection under key in one of the two maps of an element.
+template <class Map, class Key>
+int FoundChild(Map const& map, Key const& key, std::shared_ptr<SectionMapElement>& next) {
+    auto const found = map.find(key);
+    if (found == map.end()) {
+        return Codes::k_notFound;
+    }
+    if (!found->second) {
+        return Codes::k_nullPointer;
+    }
+    next = found->second;
+    return Codes::k_ok;
+}
 unsigned char const k_noSubsection = 255;
 
 bool IsCleared(InfoItemSectionId const& id) {
@@ -124,15 +138,7 @@ int SectionMapElement::FindNextSectionMapElement_(std::string name, std::string&
     if (head.empty()) {
         return Codes::k_invalid;
     }
-    auto const found = subsectionsByName_.find(head);
-    if (found == subsectionsByName_.end()) {
-        return Codes::k_notFound;
-    }
-    if (!found->second) {
-        return Codes::k_nullPointer;
-    }
-    next = found->second;
-    return Codes::k_ok;
+    return FoundChild(subsectionsByName_, head, next);
 }
 
 int SectionMapElement::FindNextSectionMapElement_(InfoItemSectionId const& id,
@@ -141,15 +147,7 @@ int SectionMapElement::FindNextSectionMapElement_(InfoItemSectionId const& id,
     if (number == k_noSubsection) {
         return Codes::k_invalid;
     }
-    auto const found = subsectionsByNumber_.find(number);
-    if (found == subsectionsByNumber_.end()) {
-        return Codes::k_notFound;
-    }
-    if (!found->second) {
-        return Codes::k_nullPointer;
-    }
-    next = found->second;
-    return Codes::k_ok;
+    return FoundChild(subsectionsByNumber_, number, next);
 }
 
 int SectionMapElement::AddNewSectionMapElement_(SectionId const& sectionId,
