@@ -1,47 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <random>
 #include <sstream>
 
 #include <legacy/oru/oru.h>
 
+#include "alloc_count.h"
 #include "test_util.h"
-
-// Counts the allocations of this test program, so that Serialize can be shown
-// to allocate its payload once, however many children it writes.
-static std::atomic<long> g_allocations{0};
-
-// The replacements below are a matched pair over malloc and free; the
-// compiler cannot tell once it inlines them into the helpers.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-
-void* operator new(std::size_t size) {
-    g_allocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(size ? size : 1)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
-// Payloads are arrays: counted too, whatever the runtime routes them through.
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-void operator delete[](void* p) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    std::free(p);
-}
 
 namespace {
 
@@ -347,18 +314,18 @@ TEST(CompositeItemTest, SerializeAllocatesOncePerRecord) {
     for (int round = 0; round < 3; ++round) {
         SCOPED_TRACE(round);
         ItemBase::SerialStruct_t record;
-        long const before = g_allocations.load();
+        OruTest::AllocationScope const allocations;
         ASSERT_EQ(outer->Serialize(&record), 0);
-        EXPECT_EQ(g_allocations.load() - before, 1);
+        EXPECT_EQ(allocations.Count(), 1);
         ASSERT_EQ(record.GetDataSize(), expected.size());
         EXPECT_EQ(Hex(PayloadOf(record)), Hex(expected));
     }
 
     // A child written on its own afterwards allocates its own payload again.
     ItemBase::SerialStruct_t alone;
-    long const before = g_allocations.load();
+    OruTest::AllocationScope const allocations;
     ASSERT_EQ(shared->Serialize(&alone), 0);
-    EXPECT_EQ(g_allocations.load() - before, 1);
+    EXPECT_EQ(allocations.Count(), 1);
 }
 
 TEST(CompositeItemTest, CopiesShareChildrenAndAssignmentDeepCopies) {
