@@ -12,24 +12,13 @@ namespace {
 
 using namespace Legacy::Oru;
 using OruTest::Bytes;
+using OruTest::DumpOf;
 using OruTest::Hex;
 using OruTest::MakeRecord;
 using OruTest::PayloadOf;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;
-
-std::string Dump(ItemBase const& item) {
-    std::ostringstream out;
-    item.DumpVal(out);
-    return out.str();
-}
-
-std::string Dump(InfoBase const& info) {
-    std::ostringstream out;
-    info.DumpVal(out);
-    return out.str();
-}
 
 TEST(BoolInfoTest, FixedFlagMergesOneWayAndAssigns) {
     boost::intrusive_ptr<BoolInfo> fixed(new BoolInfo(1, "f", Permission_t()));
@@ -65,7 +54,7 @@ TEST(BoolInfoTest, FixedFlagMergesOneWayAndAssigns) {
     std::ostringstream line;
     target.operator<<(line);
     EXPECT_EQ(line.str(), "default=True (fixed)");
-    EXPECT_EQ(Dump(target), "id: 9\npermission: 4\nname: t\ntype: Bool\nfixed: 1\ndefault: 1\n");
+    EXPECT_EQ(DumpOf(target), "id: 9\npermission: 4\nname: t\ntype: Bool\nfixed: 1\ndefault: 1\n");
     boost::intrusive_ptr<BoolInfo> copy(target.DeepCopy(5));
     EXPECT_EQ(copy->GetId(), 5u);
     EXPECT_TRUE(copy->GetFixed() && copy->GetDefault());
@@ -161,7 +150,7 @@ TEST(BoolItemTest, SerialFormTextAndReading) {
 
     // The text says True where the dump says 1.
     EXPECT_EQ(item->GetValAsString(), "True");
-    EXPECT_EQ(Dump(*item), "id: 7\ntype: Bool\nvalue: 1\n");
+    EXPECT_EQ(DumpOf(*item), "id: 7\ntype: Bool\nvalue: 1\n");
 
     std::istringstream digits("0");
     std::ostringstream errors;
@@ -279,7 +268,7 @@ TEST(BoolArrayItemTest, AssignmentChecksAndText) {
     EXPECT_EQ(checked->SetVal({true, false}, *info), 0);
     EXPECT_EQ(checked->Validate(info), nullptr);
     EXPECT_NE(checked->Validate(InfoPtr(new BoolInfo(3, "b", Permission_t()))), nullptr);
-    EXPECT_EQ(Dump(*checked), "id: 3\ntype: BoolArray\nvalue: (True, False)\n");
+    EXPECT_EQ(DumpOf(*checked), "id: 3\ntype: BoolArray\nvalue: (True, False)\n");
 
     std::ostringstream errors;
     std::istringstream good("3 1 0 1 ");
@@ -337,7 +326,7 @@ TEST(BoolArrayInfoTest, SizeBoundsPullTheDefault) {
     std::ostringstream line;
     info->operator<<(line);
     EXPECT_EQ(line.str(), "array size: 12 <= 12 <= 12");
-    EXPECT_EQ(Dump(*info),
+    EXPECT_EQ(DumpOf(*info),
               "id: 4\npermission: 1\nname: Zones\ntype: BoolArray\nminSize: 12\nmaxSize: "
               "12\ndefaultSize: 12\n");
     ItemPtr const created(info->CreateItem());

@@ -13,26 +13,14 @@ namespace {
 
 using namespace Legacy::Oru;
 using OruTest::Bytes;
+using OruTest::DumpOf;
 using OruTest::Hex;
 using OruTest::MakeRecord;
 using OruTest::PayloadOf;
+using OruTest::TextOf;
 
 using ItemCPtr = boost::intrusive_ptr<ItemBase const>;
 using InfoCPtr = boost::intrusive_ptr<InfoBase const>;
-
-template <class T>
-std::string TextOf(T const& object) {
-    std::ostringstream out;
-    object.operator<<(out);
-    return out.str();
-}
-
-template <class T>
-std::string DumpOf(T const& object) {
-    std::ostringstream out;
-    object.DumpVal(out);
-    return out.str();
-}
 
 template <class T>
 boost::intrusive_ptr<RectItem<T>> NewRect(int a, int b, int c, int d, unsigned int id = 9) {

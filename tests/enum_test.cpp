@@ -13,15 +13,10 @@ using OruTest::Bytes;
 using OruTest::Hex;
 using OruTest::MakeRecord;
 using OruTest::PayloadOf;
+using OruTest::TextOf;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;
-
-std::string Text(InfoBase const& info) {
-    std::ostringstream out;
-    info.operator<<(out);
-    return out.str();
-}
 
 boost::intrusive_ptr<EnumInfo> MakeModes() {
     boost::intrusive_ptr<EnumInfo> info(new EnumInfo(1, "Mode", Permission_t(2), true));
@@ -94,10 +89,10 @@ TEST(EnumInfoTest, ElementsByValueAndName) {
 TEST(EnumInfoTest, TextBoundsAssignmentAndCopies) {
     EnumInfo plain(3, "p", Permission_t(), false);
     plain.SetDefault(5);
-    EXPECT_EQ(Text(plain), "; default=5");
+    EXPECT_EQ(TextOf(plain), "; default=5");
     auto const info = MakeModes();
     info->SetDefault(1);
-    EXPECT_EQ(Text(*info), "auto=0, day=1, night*=2; default=1");
+    EXPECT_EQ(TextOf(*info), "auto=0, day=1, night*=2; default=1");
     std::ostringstream dump;
     info->DumpVal(dump);
     EXPECT_EQ(dump.str(), "id: 1\npermission: 2\nname: Mode\ntype: Enum\n");
@@ -105,7 +100,7 @@ TEST(EnumInfoTest, TextBoundsAssignmentAndCopies) {
     boost::intrusive_ptr<EnumInfo> copy(info->DeepCopy(4));
     EXPECT_EQ(copy->GetId(), 4u);
     EXPECT_TRUE(copy->IsLocalized());
-    EXPECT_EQ(Text(*copy), Text(*info));
+    EXPECT_EQ(TextOf(*copy), TextOf(*info));
     // Tables never count as equal bounds, and never merge.
     EXPECT_FALSE(copy->IsEqualBounds(info));
     EXPECT_EQ(copy->MergeBounds(info), -26);
@@ -117,7 +112,7 @@ TEST(EnumInfoTest, TextBoundsAssignmentAndCopies) {
     target.SetTable({{"x", 7}, {"auto", 0}, {"y", 8}, {"z", 9}});
     ASSERT_EQ(target.AssignValue(info, &changed), 0);
     EXPECT_TRUE(changed);
-    EXPECT_EQ(Text(target), "auto=0, day=1, night*=2; default=1");
+    EXPECT_EQ(TextOf(target), "auto=0, day=1, night*=2; default=1");
     EXPECT_FALSE(target.IsLocalized());  // not assigned
     EXPECT_EQ(target.AssignValue(info, &changed), 0);
     EXPECT_FALSE(changed);

@@ -6,15 +6,16 @@
 
 #include <legacy/oru/oru.h>
 
+#include "test_util.h"
+
 namespace {
 
 using namespace Legacy::Oru;
+using OruTest::AllTraits;
 
 template <class T>
 class NumericTypedTest : public ::testing::Test {};
 
-using AllTraits = ::testing::Types<U8Traits, S8Traits, U16Traits, S16Traits, U32Traits, S32Traits,
-                                   U64Traits, S64Traits, FloatTraits, DoubleTraits>;
 TYPED_TEST_SUITE(NumericTypedTest, AllTraits);
 
 TYPED_TEST(NumericTypedTest, NewInfoAndItemAndTheirTypes) {

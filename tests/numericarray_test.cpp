@@ -13,10 +13,12 @@
 namespace {
 
 using namespace Legacy::Oru;
+using OruTest::AllTraits;
 using OruTest::Bytes;
 using OruTest::Hex;
 using OruTest::MakeRecord;
 using OruTest::PayloadOf;
+using OruTest::TextOf;
 
 template <class T>
 using InfoPtr = boost::intrusive_ptr<NumericArrayInfo<T>>;
@@ -38,17 +40,8 @@ ItemPtr<T> NewItem(std::vector<typename T::Element> const& value, unsigned int i
 }
 
 template <class T>
-std::string TextOf(T const& object) {
-    std::ostringstream out;
-    object.operator<<(out);
-    return out.str();
-}
-
-template <class T>
 class NumericArrayTypedTest : public ::testing::Test {};
 
-using AllTraits = ::testing::Types<U8Traits, S8Traits, U16Traits, S16Traits, U32Traits, S32Traits,
-                                   U64Traits, S64Traits, FloatTraits, DoubleTraits>;
 TYPED_TEST_SUITE(NumericArrayTypedTest, AllTraits);
 
 TYPED_TEST(NumericArrayTypedTest, SizeBoundsShapeTheDefault) {

@@ -11,10 +11,12 @@
 namespace {
 
 using namespace Legacy::Oru;
+using OruTest::AllTraits;
 using OruTest::Bytes;
 using OruTest::Hex;
 using OruTest::MakeRecord;
 using OruTest::PayloadOf;
+using OruTest::TextOf;
 
 template <class T>
 using InfoPtr = boost::intrusive_ptr<NumericSparseInfo<T>>;
@@ -29,17 +31,8 @@ InfoPtr<T> NewInfo(std::vector<typename T::Element> table = {}) {
 }
 
 template <class T>
-std::string TextOf(T const& object) {
-    std::ostringstream out;
-    object.operator<<(out);
-    return out.str();
-}
-
-template <class T>
 class NumericSparseTypedTest : public ::testing::Test {};
 
-using AllTraits = ::testing::Types<U8Traits, S8Traits, U16Traits, S16Traits, U32Traits, S32Traits,
-                                   U64Traits, S64Traits, FloatTraits, DoubleTraits>;
 TYPED_TEST_SUITE(NumericSparseTypedTest, AllTraits);
 
 TYPED_TEST(NumericSparseTypedTest, TableAndDefaultRules) {

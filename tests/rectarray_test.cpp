@@ -15,19 +15,13 @@ using OruTest::Bytes;
 using OruTest::Hex;
 using OruTest::MakeRecord;
 using OruTest::PayloadOf;
+using OruTest::TextOf;
 
 using ItemCPtr = boost::intrusive_ptr<ItemBase const>;
 using InfoCPtr = boost::intrusive_ptr<InfoBase const>;
 using Rect = RectItem<U16Traits>;
 using RectArray = RectArrayItem<U16Traits>;
 using RectArrayInfoU16 = RectArrayInfo<U16Traits>;
-
-template <class T>
-std::string TextOf(T const& object) {
-    std::ostringstream out;
-    object.operator<<(out);
-    return out.str();
-}
 
 Rect MakeRect(unsigned short a, unsigned short b, unsigned short c, unsigned short d) {
     Rect rect;

@@ -10,26 +10,15 @@ namespace {
 
 using namespace Legacy::Oru;
 using OruTest::Bytes;
+using OruTest::DumpOf;
 using OruTest::Hex;
 using OruTest::MakeRecord;
 using OruTest::PayloadOf;
+using OruTest::TextOf;
 
 using Strings = std::vector<std::string>;
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;
-
-std::string Compact(InfoBase const& info) {
-    std::ostringstream out;
-    info.operator<<(out);
-    return out.str();
-}
-
-template <class T>
-std::string Dump(T const& object) {
-    std::ostringstream out;
-    object.DumpVal(out);
-    return out.str();
-}
 
 // Writes item and reads the record back through the type dispatch.
 ItemPtr RoundTrip(ItemBase const& item, Bytes* payload = nullptr) {
@@ -112,8 +101,8 @@ TEST(StringArrayInfoTest, BoundsMergeAndAssignment) {
     EXPECT_EQ(target.GetName(), "t");
     EXPECT_EQ(target.GetPermission(), Permission_t(2));
 
-    EXPECT_EQ(Compact(target), "array size: 5 <= 3 <= 7");
-    EXPECT_EQ(Dump(target),
+    EXPECT_EQ(TextOf(target), "array size: 5 <= 3 <= 7");
+    EXPECT_EQ(DumpOf(target),
               "id: 9\npermission: 2\nname: t\ntype: StringArray\nminSize: 5\nmaxSize: 7\n"
               "defaultSize: 3\n");
     ItemPtr const created(target.CreateItem());
@@ -277,7 +266,7 @@ TEST(StringArrayItemTest, TextReadsAllOrNothing) {
         EXPECT_EQ(errors.str(), row.error);
     }
     boost::intrusive_ptr<StringArrayItem> item(StringArrayItem::Create(6, {"a", "", "bc"}));
-    EXPECT_EQ(Dump(*item), "id: 6\ntype: StringArray\nvalue: (a, , bc)\n");
+    EXPECT_EQ(DumpOf(*item), "id: 6\ntype: StringArray\nvalue: (a, , bc)\n");
     EXPECT_EQ(StringArrayItem(6).GetValAsString(), "()");
 }
 
@@ -328,9 +317,9 @@ TEST(StringSparseInfoTest, NoBoundsButAssignment) {
     EXPECT_EQ(target.AssignValue(nullptr, &changed), -31);
     EXPECT_TRUE(changed);
 
-    EXPECT_EQ(Compact(target), "a, b; default=a");
+    EXPECT_EQ(TextOf(target), "a, b; default=a");
     // The type has no text of its own, and the table is not shown.
-    EXPECT_EQ(Dump(target), "id: 5\npermission: 0\nname: t\ntype: Invalid\ndefault: a\n");
+    EXPECT_EQ(DumpOf(target), "id: 5\npermission: 0\nname: t\ntype: Invalid\ndefault: a\n");
     ItemPtr const created(target.CreateItem());
     EXPECT_EQ(created->GetValAsString(), "a");
     EXPECT_EQ(created->GetId(), 5u);
@@ -425,7 +414,7 @@ TEST(StringSparseItemTest, TextIsOneWord) {
     EXPECT_EQ(errors.str(), "Error parsing stringSparseItem\n");
     EXPECT_FALSE(item.SetValFromStream(blanks, errors, nullptr));  // now at the end
     EXPECT_EQ(item.GetVal(), "first");
-    EXPECT_EQ(Dump(item), "id: 7\ntype: Invalid\nvalue: first\n");
+    EXPECT_EQ(DumpOf(item), "id: 7\ntype: Invalid\nvalue: first\n");
 }
 
 }  // namespace
