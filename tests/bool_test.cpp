@@ -137,16 +137,7 @@ TEST(BoolItemTest, SerialFormTextAndReading) {
     auto const tooLong = MakeRecord(7, 1, 0, two);
     EXPECT_EQ(reader.Deserialize(&tooLong), -41);
     EXPECT_TRUE(reader.GetVal());
-    EXPECT_EQ(reader.Deserialize(nullptr), -32);
     EXPECT_EQ(reader.Serialize(nullptr), -41);
-
-    // The dispatch ignores the numeric-type byte; the item's prologue does not.
-    Bytes const zero = {0x00};
-    auto const numeric7 = MakeRecord(7, 1, 7, zero);
-    ItemPtr made;
-    EXPECT_EQ(ItemBase::Deserialize(&numeric7, made), -41);
-    ASSERT_NE(made, nullptr);
-    EXPECT_EQ(made->GetType(), OruType_t::Bool);
 
     // The text says True where the dump says 1.
     EXPECT_EQ(item->GetValAsString(), "True");
