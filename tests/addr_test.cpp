@@ -11,10 +11,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 using EndpointStr = Net::Endpoint<Net::AddrStr>;
 using AppStr = AppEndpoint<EndpointStr>;
 

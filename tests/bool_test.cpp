@@ -11,11 +11,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::DumpOf;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;

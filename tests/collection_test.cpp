@@ -9,10 +9,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;

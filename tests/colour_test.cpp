@@ -12,10 +12,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 using Vintor::Colour_t;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;

@@ -12,12 +12,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::DumpOf;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
-using OruTest::TextOf;
+using namespace OruTest;
 
 using ItemCPtr = boost::intrusive_ptr<ItemBase const>;
 using InfoCPtr = boost::intrusive_ptr<InfoBase const>;

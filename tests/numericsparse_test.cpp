@@ -11,12 +11,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::AllTraits;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
-using OruTest::TextOf;
+using namespace OruTest;
 
 template <class T>
 using InfoPtr = boost::intrusive_ptr<NumericSparseInfo<T>>;

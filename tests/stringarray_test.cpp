@@ -9,12 +9,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::DumpOf;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
-using OruTest::TextOf;
+using namespace OruTest;
 
 using Strings = std::vector<std::string>;
 using ItemPtr = boost::intrusive_ptr<ItemBase>;

@@ -9,10 +9,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 
 TEST(StringInfoTest, LengthLimitsCutTheDefaultDifferently) {
     StringInfo info(1, "name", Permission_t());
