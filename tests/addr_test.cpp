@@ -300,20 +300,14 @@ TEST(AddrItemTest, TextInputAndOutput) {
 
     array.SetVal({Make(5, "a:80"), Make(8, "b:23")});
     EXPECT_EQ(array.GetValAsString(), "(http://a:80, b:23 (TcpRaw))");
-    std::ostringstream dump;
-    array.DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 1\ntype: Invalid\nvalue: (http://a:80, b:23 (TcpRaw))\n");
+    EXPECT_EQ(DumpOf(array), "id: 1\ntype: Invalid\nvalue: (http://a:80, b:23 (TcpRaw))\n");
 
     AppEndpointArrayInfo arrayInfo(2, "List", Permission_t(6));
     arrayInfo.SetDefault({Make(5, "a:80")});
-    std::ostringstream infoDump;
-    arrayInfo.DumpVal(infoDump);
-    EXPECT_EQ(infoDump.str(),
+    EXPECT_EQ(DumpOf(arrayInfo),
               "id: 2\npermission: 6\nname: List\ntype: Invalid\ndefault: [empty array]\n");
 
-    std::ostringstream appDump;
-    appInfo->DumpVal(appDump);
-    EXPECT_EQ(appDump.str(),
+    EXPECT_EQ(DumpOf(*appInfo),
               "id: 1\npermission: 0\nname: A\ntype: AppEndpoint\ndefault: rtsp://x:1\n");
     std::ostringstream line;
     FormattedInfoItemDump(line, appInfo,

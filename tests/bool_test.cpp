@@ -47,9 +47,7 @@ TEST(BoolInfoTest, FixedFlagMergesOneWayAndAssigns) {
     EXPECT_TRUE(changed);
     EXPECT_EQ(target.GetName(), "t");
 
-    std::ostringstream line;
-    target.operator<<(line);
-    EXPECT_EQ(line.str(), "default=True (fixed)");
+    EXPECT_EQ(TextOf(target), "default=True (fixed)");
     EXPECT_EQ(DumpOf(target), "id: 9\npermission: 4\nname: t\ntype: Bool\nfixed: 1\ndefault: 1\n");
     boost::intrusive_ptr<BoolInfo> copy(target.DeepCopy(5));
     EXPECT_EQ(copy->GetId(), 5u);
@@ -310,9 +308,7 @@ TEST(BoolArrayInfoTest, SizeBoundsPullTheDefault) {
     EXPECT_EQ(target.AssignValue(other, &changed), 0);
     EXPECT_FALSE(changed);
 
-    std::ostringstream line;
-    info->operator<<(line);
-    EXPECT_EQ(line.str(), "array size: 12 <= 12 <= 12");
+    EXPECT_EQ(TextOf(*info), "array size: 12 <= 12 <= 12");
     EXPECT_EQ(DumpOf(*info),
               "id: 4\npermission: 1\nname: Zones\ntype: BoolArray\nminSize: 12\nmaxSize: "
               "12\ndefaultSize: 12\n");

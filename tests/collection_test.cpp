@@ -118,9 +118,7 @@ TEST(CollectionItemTest, PassesEveryCheckAndHasNoTextInput) {
     EXPECT_EQ(item->GetSize(), 2u);
 
     EXPECT_EQ(item->GetValAsString(), "(7, 9)");
-    std::ostringstream dump;
-    item->DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 5\ntype: Collection\nvalue: (2 items)");
+    EXPECT_EQ(DumpOf(*item), "id: 5\ntype: Collection\nvalue: (2 items)");
     EXPECT_EQ(CollectionItem(1).GetValAsString(), "()");
 
     // The constant getter appends.

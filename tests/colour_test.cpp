@@ -268,16 +268,12 @@ TEST(ColourTest, TextFormsKeepTheirLabels) {
     ColourItem item(7);
     item.Set(0.5f, 1.0f, 0.0f, 0.25f);
     EXPECT_EQ(item.GetValAsString(), "(0.5 1 0 0.25)");
-    std::ostringstream itemDump;
-    item.DumpVal(itemDump);
-    EXPECT_EQ(itemDump.str(), "id: 7\ntype: Colour\nvalue: a0.5, r1, g0, b 0.25\n");
+    EXPECT_EQ(DumpOf(item), "id: 7\ntype: Colour\nvalue: a0.5, r1, g0, b 0.25\n");
 
     OrientationItem orientation(8);
     orientation.Set(Orientation_t{1.5f, -2.0f, 0.0f});
     EXPECT_EQ(orientation.GetValAsString(), "OrientationItem");
-    std::ostringstream orientationDump;
-    orientation.DumpVal(orientationDump);
-    EXPECT_EQ(orientationDump.str(),
+    EXPECT_EQ(DumpOf(orientation),
               "id: 8\ntype: Orientation\nbearing: 1.5\ninclination: -2\nroll: 0\n");
     std::istringstream in("1 2 3");
     std::ostringstream errors;

@@ -428,9 +428,7 @@ TEST(CompositeItemTest, TextFormsAndReadingFromText) {
     CompositeItem empty(1);
     EXPECT_EQ(empty.GetValAsString(), "()");
     auto const item = MakeNested();
-    std::ostringstream dump;
-    item->DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 1107296257\ntype: Composite\nvalue: (5 items)");
+    EXPECT_EQ(DumpOf(*item), "id: 1107296257\ntype: Composite\nvalue: (5 items)");
 
     boost::intrusive_ptr<CompositeInfo> info(new CompositeInfo(1, "c", Permission_t()));
     boost::intrusive_ptr<NumericInfo<U16Traits>> number(
@@ -481,9 +479,7 @@ TEST(CompositeInfoTest, ChildrenCopiesBoundsAndText) {
     ASSERT_EQ(info->GetSize(), 2u);
     EXPECT_EQ(info->GetInfo(1), text);
     EXPECT_EQ(info->GetInfo(2), nullptr);
-    std::ostringstream line;
-    info->operator<<(line);
-    EXPECT_EQ(line.str(), "(0 <= 4 <= 10, \"\"; max length=256)");
+    EXPECT_EQ(TextOf(*info), "(0 <= 4 <= 10, \"\"; max length=256)");
 
     // A new item has the info's shape, ids and defaults.
     ItemPtr const created(info->CreateItem());
@@ -531,9 +527,7 @@ TEST(CompositeInfoTest, ChildrenCopiesBoundsAndText) {
     EXPECT_EQ(index, 5u);
     EXPECT_FALSE(info->SetInfo(2, text));
 
-    std::ostringstream dump;
-    info->DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 1\npermission: 5\nname: c\ntype: Composite\n");
+    EXPECT_EQ(DumpOf(*info), "id: 1\npermission: 5\nname: c\ntype: Composite\n");
 }
 
 }  // namespace

@@ -89,9 +89,7 @@ TEST(EnumInfoTest, TextBoundsAssignmentAndCopies) {
     auto const info = MakeModes();
     info->SetDefault(1);
     EXPECT_EQ(TextOf(*info), "auto=0, day=1, night*=2; default=1");
-    std::ostringstream dump;
-    info->DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 1\npermission: 2\nname: Mode\ntype: Enum\n");
+    EXPECT_EQ(DumpOf(*info), "id: 1\npermission: 2\nname: Mode\ntype: Enum\n");
 
     boost::intrusive_ptr<EnumInfo> copy(info->DeepCopy(4));
     EXPECT_EQ(copy->GetId(), 4u);
@@ -205,9 +203,7 @@ TEST(EnumItemTest, SerialFormAndText) {
     EXPECT_EQ(reader.GetVal(), 9);
 
     EXPECT_EQ(item->GetValAsString(), "-2");
-    std::ostringstream dump;
-    item->DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 1090519043\ntype: Enum\nvalue: -2\n");
+    EXPECT_EQ(DumpOf(*item), "id: 1090519043\ntype: Enum\nvalue: -2\n");
 
     std::ostringstream errors;
     std::istringstream big("4294967295");

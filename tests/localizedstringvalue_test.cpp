@@ -96,9 +96,7 @@ TEST(LocalizedStringValueTest, ValuesCompareByArgumentIdentity) {
 TEST(LocalizedStringValueTest, TextForms) {
     LocalizedStringInfo info(3, "Banner", Permission_t(6));
     info.SetDefault(Greeting("you"));
-    std::ostringstream compact;
-    info.operator<<(compact);
-    EXPECT_EQ(compact.str(), "\"Hello you");  // no closing quote
+    EXPECT_EQ(TextOf(info), "\"Hello you");  // no closing quote
     EXPECT_EQ(DumpOf(info),
               "id: 3\npermission: 6\nname: Banner\ntype: LocalizedString\ndefault: Hello you\n");
     ItemPtr const item(info.CreateItem());

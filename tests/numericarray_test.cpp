@@ -421,16 +421,12 @@ TEST(NumericArrayItemTest, TextFormsWriteEightBitElementsAsNumbers) {
     EXPECT_EQ(TextOf(*bytes), "(44, 65, 0)");
     EXPECT_EQ(TextOf(*NewItem<S8Traits>({-5})), "(-5)");
     EXPECT_EQ(TextOf(*NewItem<FloatTraits>({1.5f, -2.0f})), "(1.5, -2)");
-    std::ostringstream dump;
-    bytes->DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 12\ntype: NumericArray\nvalue: (44, 65, 0)\n");
+    EXPECT_EQ(DumpOf(*bytes), "id: 12\ntype: NumericArray\nvalue: (44, 65, 0)\n");
 
     auto info = NewInfo<U16Traits>();
     info->SetMinSize(0);
     ASSERT_EQ(info->SetDefault({1, 2}), 0);
-    std::ostringstream infoDump;
-    info->DumpVal(infoDump);
-    EXPECT_EQ(infoDump.str(),
+    EXPECT_EQ(DumpOf(*info),
               "id: 7\npermission: 5\nname: arr\ntype: NumericArray\nnumericType: U16\n"
               "minSize: 0\nmaxSize: 2147483647\ndefaultSize: 2\n");
 }

@@ -238,9 +238,7 @@ TEST(NumericSparseItemTest, TextForms) {
     auto info = NewInfo<U8Traits>({65, 66});
     EXPECT_EQ(TextOf(*info), "65, 66; default=65");
     EXPECT_EQ(TextOf(*NewInfo<S16Traits>()), "; default=0");
-    std::ostringstream dump;
-    info->DumpVal(dump);
-    EXPECT_EQ(dump.str(),
+    EXPECT_EQ(DumpOf(*info),
               "id: 7\npermission: 2\nname: sparse\ntype: NumericSparse\nnumericType: U8\n"
               "default: 65\n");
 
@@ -250,9 +248,7 @@ TEST(NumericSparseItemTest, TextForms) {
     std::ostringstream errors;
     ASSERT_TRUE(item->SetValFromStream(in, errors, nullptr));
     EXPECT_EQ(item->GetVal(), 44);
-    std::ostringstream itemDump;
-    item->DumpVal(itemDump);
-    EXPECT_EQ(itemDump.str(), "id: 3\ntype: NumericSparse\nvalue: 44\n");
+    EXPECT_EQ(DumpOf(*item), "id: 3\ntype: NumericSparse\nvalue: 44\n");
     NumericSparseInfo<U8Traits> target(40, "t", Permission_t(9));
     target = *info;
     EXPECT_EQ(target.GetId(), 40u);
