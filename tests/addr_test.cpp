@@ -11,10 +11,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 using EndpointStr = Net::Endpoint<Net::AddrStr>;
 using AppStr = AppEndpoint<EndpointStr>;
 
@@ -84,15 +81,11 @@ TEST(AddrItemTest, PayloadsAreTextsWithTheirTerminator) {
 TEST(AddrItemTest, HostileRecordsAnswerMinus41AndKeepTheValue) {
     struct Row {
         char const* name;
-        std::uint32_t id;
-        std::uint8_t type;
-        std::uint8_t numericType;
         Bytes payload;
     };
     std::vector<Row> const rows = {
-        {"empty payload", 9, 0, 0, {}},      {"no terminator", 9, 0, 0, {'h', 'o', 's', 't'}},
-        {"other id", 8, 0, 0, {'h', 0}},     {"other type", 9, 6, 0, {'h', 0}},
-        {"numeric type", 9, 0, 5, {'h', 0}},
+        {"empty payload", {}},
+        {"no terminator", {'h', 'o', 's', 't'}},
     };
     boost::intrusive_ptr<ItemBase> const items[] = {
         AddrItem::Create(9, Net::AddrStr("old")),
@@ -103,13 +96,11 @@ TEST(AddrItemTest, HostileRecordsAnswerMinus41AndKeepTheValue) {
         boost::intrusive_ptr<ItemBase const> const before(item->DeepCopy());
         for (auto const& row : rows) {
             SCOPED_TRACE(std::string(row.name) + " on " + item->GetValAsString());
-            std::uint8_t const type =
-                row.type ? row.type : static_cast<std::uint8_t>(item->GetType());
-            auto const record = MakeRecord(row.id, type, row.numericType, row.payload);
+            auto const record =
+                MakeRecord(9, static_cast<std::uint8_t>(item->GetType()), 0, row.payload);
             EXPECT_EQ(item->Deserialize(&record), -41);
             EXPECT_TRUE(item->IsEqualValue(before));
         }
-        EXPECT_EQ(item->Deserialize(nullptr), -32);
     }
     // An application endpoint needs its six head bytes before the text.
     AppEndpointItem app(9);
@@ -153,14 +144,6 @@ TEST(AppEndpointArrayItemTest, PayloadWalksElementsAndClearsOnRefusal) {
         EXPECT_EQ(reader.Deserialize(&record), -41);
         EXPECT_EQ(reader.Val().size(), row.kept);
     }
-    AppEndpointArrayItem reader(7);
-    reader.SetVal({Make(1, "x:1")});
-    auto const wrongId = MakeRecord(8, 140, 0, {});
-    EXPECT_EQ(reader.Deserialize(&wrongId), -41);
-    EXPECT_TRUE(reader.IsEmpty());
-    reader.SetVal({Make(1, "x:1")});
-    EXPECT_EQ(reader.Deserialize(nullptr), -32);
-    EXPECT_EQ(reader.Val().size(), 1u);
 }
 
 TEST(AddrInfoTest, AssignmentsBoundsAndCopies) {
@@ -317,20 +300,14 @@ TEST(AddrItemTest, TextInputAndOutput) {
 
     array.SetVal({Make(5, "a:80"), Make(8, "b:23")});
     EXPECT_EQ(array.GetValAsString(), "(http://a:80, b:23 (TcpRaw))");
-    std::ostringstream dump;
-    array.DumpVal(dump);
-    EXPECT_EQ(dump.str(), "id: 1\ntype: Invalid\nvalue: (http://a:80, b:23 (TcpRaw))\n");
+    EXPECT_EQ(DumpOf(array), "id: 1\ntype: Invalid\nvalue: (http://a:80, b:23 (TcpRaw))\n");
 
     AppEndpointArrayInfo arrayInfo(2, "List", Permission_t(6));
     arrayInfo.SetDefault({Make(5, "a:80")});
-    std::ostringstream infoDump;
-    arrayInfo.DumpVal(infoDump);
-    EXPECT_EQ(infoDump.str(),
+    EXPECT_EQ(DumpOf(arrayInfo),
               "id: 2\npermission: 6\nname: List\ntype: Invalid\ndefault: [empty array]\n");
 
-    std::ostringstream appDump;
-    appInfo->DumpVal(appDump);
-    EXPECT_EQ(appDump.str(),
+    EXPECT_EQ(DumpOf(*appInfo),
               "id: 1\npermission: 0\nname: A\ntype: AppEndpoint\ndefault: rtsp://x:1\n");
     std::ostringstream line;
     FormattedInfoItemDump(line, appInfo,

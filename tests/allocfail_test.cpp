@@ -13,45 +13,7 @@
 
 #include <legacy/oru/oru.h>
 
-// The replacements below pair malloc with free; GCC cannot see that through
-// the replaced operators and warns about every delete.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-
-namespace {
-
-long g_count = 0;
-long g_failAt = -1;  // the allocation that fails, counted from 1; -1 never
-long g_live = 0;     // allocations not yet freed
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    if (g_failAt >= 0 && ++g_count == g_failAt) {
-        throw std::bad_alloc();
-    }
-    if (void* p = std::malloc(size ? size : 1)) {
-        ++g_live;
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-void operator delete(void* p) noexcept {
-    g_live -= p != nullptr;
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    g_live -= p != nullptr;
-    std::free(p);
-}
-void operator delete[](void* p) noexcept {
-    operator delete(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    operator delete(p);
-}
+#include "alloc_count.h"
 
 namespace {
 
@@ -64,15 +26,15 @@ template <class State, class Setup, class Op, class CheckFailed>
 int Sweep(Setup setup, Op op, CheckFailed checkFailed) {
     for (long n = 1;; ++n) {
         State state = setup();
-        g_count = 0;
-        g_failAt = n;
         bool failed = false;
-        try {
-            op(state);
-        } catch (std::bad_alloc const&) {
-            failed = true;
+        {
+            OruTest::FailingAllocation const failing(n);
+            try {
+                op(state);
+            } catch (std::bad_alloc const&) {
+                failed = true;
+            }
         }
-        g_failAt = -1;
         if (!failed) {
             return static_cast<int>(n - 1);
         }
@@ -291,18 +253,18 @@ int SweepNoLeak(Op op, std::function<std::string()> const& state) {
     op();  // first-use statics (locale facets, loggers) are not leaks
     std::string const before = state();
     for (long n = 1; n < 100000; ++n) {
-        long const live = g_live;
-        g_count = 0;
-        g_failAt = n;
+        long const live = OruTest::LiveAllocations();
         bool failed = false;
-        try {
-            op();
-        } catch (std::bad_alloc const&) {
-            failed = true;
+        {
+            OruTest::FailingAllocation const failing(n);
+            try {
+                op();
+            } catch (std::bad_alloc const&) {
+                failed = true;
+            }
         }
-        g_failAt = -1;
         SCOPED_TRACE(n);
-        EXPECT_EQ(g_live, live) << "allocations left behind";
+        EXPECT_EQ(OruTest::LiveAllocations(), live) << "allocations left behind";
         EXPECT_EQ(state(), before);
         if (!failed || ::testing::Test::HasFailure()) {
             return static_cast<int>(n - 1);

@@ -2,13 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <sstream>
 
 #include <legacy/oru/oru.h>
+
+#include "test_util.h"
 
 namespace {
 
 using namespace Legacy::Oru;
+using OruTest::TextOf;
 
 AppProtocolType_t Type(std::uint32_t number) {
     return static_cast<AppProtocolType_t>(number);
@@ -54,9 +56,7 @@ TEST(AppProtocolTest, SchemesMapToTypesIgnoringCase) {
     for (std::uint32_t gap : {3u, 4u, 6u, 11u, 65u, 67u, 0xFFFFFFFFu}) {
         SCOPED_TRACE(gap);
         EXPECT_STREQ(AppProtocolScheme(Type(gap)), "x-zyl-unknown");
-        std::ostringstream out;
-        out << Type(gap);
-        EXPECT_EQ(out.str(), "Invalid");
+        EXPECT_EQ(TextOf(Type(gap)), "Invalid");
     }
 }
 

@@ -9,8 +9,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::MakeRecord;
+using namespace OruTest;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;

@@ -1,9 +1,7 @@
 #include <legacy/oru/infoitemdirectory.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <list>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -12,30 +10,9 @@
 #include <legacy/oru/infoitemdirectorydelta.h>
 #include <legacy/oru/resultelem.h>
 
+#include "alloc_count.h"
 #include "directory_test_util.h"
 #include "recording_directory.h"
-
-// Counts the allocations of this test program, so that lookups by id can be
-// shown to allocate nothing.
-static std::atomic<long> g_allocations{0};
-
-// The replacements below are a matched pair over malloc and free; the
-// compiler cannot tell once it inlines them into the helpers.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-
-void* operator new(std::size_t size) {
-    g_allocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(size ? size : 1)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
 
 namespace {
 
@@ -372,7 +349,7 @@ TEST(InfoItemDirectoryTest, ChangesStayWhenTheObserverThrows) {
 
 TEST(InfoItemDirectoryTest, LookupsByIdAllocateNothing) {
     Sample s;
-    long const before = g_allocations.load();
+    OruTest::AllocationScope const allocations;
     for (int i = 0; i < 100; ++i) {
         EXPECT_TRUE(s.dir.FindItem(s.gain));
         EXPECT_FALSE(s.dir.FindItem(s.level));
@@ -380,7 +357,7 @@ TEST(InfoItemDirectoryTest, LookupsByIdAllocateNothing) {
         EXPECT_TRUE(s.dir.FindInfoItem(s.videoGain));
         EXPECT_FALSE(s.dir.FindInfoItem(s.gain + 100));
     }
-    EXPECT_EQ(g_allocations.load() - before, 0);
+    EXPECT_EQ(allocations.Count(), 0);
 }
 
 // Paths are split and walked without copies once a thread has looked up its
@@ -409,11 +386,11 @@ TEST(InfoItemDirectoryTest, LookupsByPathAllocateNothingOnceWarm) {
         EXPECT_TRUE(s.dir.FindInfo(output, volume));
     };
     lookups();
-    long const before = g_allocations.load();
+    OruTest::AllocationScope const allocations;
     for (int i = 0; i < 100; ++i) {
         lookups();
     }
-    EXPECT_EQ(g_allocations.load() - before, 0);
+    EXPECT_EQ(allocations.Count(), 0);
 }
 
 }  // namespace

@@ -11,8 +11,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::MakeRecord;
+using namespace OruTest;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;
@@ -23,13 +22,6 @@ LocalizedString Greeting(char const* whom) {
     LocalizedString message("Test.LocalizedValue.Greeting");
     message.AddArgument(boost::intrusive_ptr<ItemBase const>(StringItem::Create(0, whom)));
     return message;
-}
-
-template <class T>
-std::string Dump(T const& object) {
-    std::ostringstream out;
-    object.DumpVal(out);
-    return out.str();
 }
 
 TEST(LocalizedStringValueTest, NoSerialFormAnywhere) {
@@ -104,13 +96,11 @@ TEST(LocalizedStringValueTest, ValuesCompareByArgumentIdentity) {
 TEST(LocalizedStringValueTest, TextForms) {
     LocalizedStringInfo info(3, "Banner", Permission_t(6));
     info.SetDefault(Greeting("you"));
-    std::ostringstream compact;
-    info.operator<<(compact);
-    EXPECT_EQ(compact.str(), "\"Hello you");  // no closing quote
-    EXPECT_EQ(Dump(info),
+    EXPECT_EQ(TextOf(info), "\"Hello you");  // no closing quote
+    EXPECT_EQ(DumpOf(info),
               "id: 3\npermission: 6\nname: Banner\ntype: LocalizedString\ndefault: Hello you\n");
     ItemPtr const item(info.CreateItem());
-    EXPECT_EQ(Dump(*item), "id: 3\ntype: LocalizedString\nvalue: Hello you\n");
+    EXPECT_EQ(DumpOf(*item), "id: 3\ntype: LocalizedString\nvalue: Hello you\n");
     // An empty message has no text.
     EXPECT_EQ(LocalizedStringItem().GetValAsString(), "");
 

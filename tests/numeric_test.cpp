@@ -6,15 +6,18 @@
 
 #include <legacy/oru/oru.h>
 
+#include "test_util.h"
+
 namespace {
 
 using namespace Legacy::Oru;
+using OruTest::AllTraits;
+using OruTest::DumpOf;
+using OruTest::TextOf;
 
 template <class T>
 class NumericTypedTest : public ::testing::Test {};
 
-using AllTraits = ::testing::Types<U8Traits, S8Traits, U16Traits, S16Traits, U32Traits, S32Traits,
-                                   U64Traits, S64Traits, FloatTraits, DoubleTraits>;
 TYPED_TEST_SUITE(NumericTypedTest, AllTraits);
 
 TYPED_TEST(NumericTypedTest, NewInfoAndItemAndTheirTypes) {
@@ -266,21 +269,15 @@ TEST(NumericTextTest, PrintsCompactAndDumpForms) {
     NumericInfo<U8Traits> info(3, "level", Permission_t(258));
     info.SetMax(90);
     info.SetDefault(65);
-    std::ostringstream compact;
-    info.operator<<(compact);
-    EXPECT_EQ(compact.str(), "0 <= 65 <= 90");
+    EXPECT_EQ(TextOf(info), "0 <= 65 <= 90");
 
-    std::ostringstream dump;
-    info.DumpVal(dump);
-    EXPECT_EQ(dump.str(), std::string("id: 3\npermission: 258\nname: level\ntype: Numeric\n"
-                                      "numericType: U8\nmin: ") +
-                              std::string(1, '\0') + "\nmax: Z\ndefault: A\n");
+    EXPECT_EQ(DumpOf(info), std::string("id: 3\npermission: 258\nname: level\ntype: Numeric\n"
+                                        "numericType: U8\nmin: ") +
+                                std::string(1, '\0') + "\nmax: Z\ndefault: A\n");
 
     boost::intrusive_ptr<NumericItem<U8Traits>> item(NumericItem<U8Traits>::Create(3, 65));
     EXPECT_EQ(item->GetValAsString(), "65");
-    std::ostringstream itemDump;
-    item->DumpVal(itemDump);
-    EXPECT_EQ(itemDump.str(), "id: 3\ntype: Numeric\nvalue: A\n");
+    EXPECT_EQ(DumpOf(*item), "id: 3\ntype: Numeric\nvalue: A\n");
 
     boost::intrusive_ptr<NumericItem<FloatTraits>> real(NumericItem<FloatTraits>::Create(1, -1.5f));
     EXPECT_EQ(real->GetValAsString(), "-1.5");

@@ -17,10 +17,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 

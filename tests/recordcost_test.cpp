@@ -8,8 +8,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-
-#include <malloc.h>
 #include <functional>
 #include <new>
 #include <string>
@@ -17,43 +15,7 @@
 
 #include <legacy/oru/oru.h>
 
-// The replacements below pair malloc with free; GCC cannot see that through
-// the replaced operators and warns about every delete.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-
-namespace {
-
-std::size_t g_live = 0;
-std::size_t g_peak = 0;
-
-}  // namespace
-
-// Counts the bytes the allocator really hands out for each block.
-void* operator new(std::size_t size) {
-    void* const p = std::malloc(size ? size : 1);
-    if (!p) {
-        throw std::bad_alloc();
-    }
-    g_live += malloc_usable_size(p);
-    g_peak = std::max(g_peak, g_live);
-    return p;
-}
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-void operator delete(void* p) noexcept {
-    g_live -= malloc_usable_size(p);
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    operator delete(p);
-}
-void operator delete[](void* p) noexcept {
-    operator delete(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    operator delete(p);
-}
+#include "alloc_count.h"
 
 namespace {
 
@@ -66,11 +28,11 @@ double PeakPerRecordByte(ItemBase const& item) {
     ItemBase::SerialStruct_t record;
     EXPECT_EQ(item.Serialize(&record), 0);
     ItemBase::ConstSerialStruct_t const view(record);
-    std::size_t const base = g_live;
-    g_peak = g_live;
+    std::size_t const base = OruTest::LiveBytes();
+    OruTest::ResetPeakBytes();
     ItemPtr read;
     EXPECT_EQ(ItemBase::Deserialize(&view, read), 0);
-    std::size_t const peak = g_peak - base;
+    std::size_t const peak = OruTest::PeakBytes() - base;
     EXPECT_TRUE(read && read->IsEqualValue(ItemPtr(const_cast<ItemBase*>(&item))));
     return static_cast<double>(peak) / (10.0 + record.GetDataSize());
 }

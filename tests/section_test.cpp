@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,9 +10,12 @@
 
 #include <legacy/oru/oru.h>
 
+#include "test_util.h"
+
 namespace {
 
 using namespace Legacy::Oru;
+using OruTest::TextOf;
 
 // A section as a caller derives it: flags of its own, a deep Clone.
 class AreaSection : public Section {
@@ -103,9 +105,7 @@ TEST(SectionTest, FlagsAndComparisons) {
 
 TEST(SectionTest, TextFormListsInfosAndItemsById) {
     SectionPtr section(new AreaSection(SectionId_t(3, "left"), "Left", 6));
-    std::ostringstream empty;
-    empty << *section;
-    EXPECT_EQ(empty.str(),
+    EXPECT_EQ(TextOf(*section),
               "Name: Left\nPrimaryId: 3\nSecondaryId: left\nFlags: 6\n"
               "===Infos For This Section=================\n"
               "===Items For This Section=================\n");
@@ -118,9 +118,7 @@ TEST(SectionTest, TextFormListsInfosAndItemsById) {
         section->Items().Add(boost::intrusive_ptr<ItemHolder>(
             new ItemHolder(boost::intrusive_ptr<ItemBase>(info->CreateItem()))));
     }
-    std::ostringstream full;
-    full << *section;
-    EXPECT_EQ(full.str(),
+    EXPECT_EQ(TextOf(*section),
               "Name: Left\nPrimaryId: 3\nSecondaryId: left\nFlags: 6\n"
               "===Infos For This Section=================\n"
               "0 <= 2 <= 4294967295\n0 <= 9 <= 4294967295\n"

@@ -9,27 +9,11 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 
 using Strings = std::vector<std::string>;
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using InfoPtr = boost::intrusive_ptr<InfoBase>;
-
-std::string Compact(InfoBase const& info) {
-    std::ostringstream out;
-    info.operator<<(out);
-    return out.str();
-}
-
-template <class T>
-std::string Dump(T const& object) {
-    std::ostringstream out;
-    object.DumpVal(out);
-    return out.str();
-}
 
 // Writes item and reads the record back through the type dispatch.
 ItemPtr RoundTrip(ItemBase const& item, Bytes* payload = nullptr) {
@@ -112,8 +96,8 @@ TEST(StringArrayInfoTest, BoundsMergeAndAssignment) {
     EXPECT_EQ(target.GetName(), "t");
     EXPECT_EQ(target.GetPermission(), Permission_t(2));
 
-    EXPECT_EQ(Compact(target), "array size: 5 <= 3 <= 7");
-    EXPECT_EQ(Dump(target),
+    EXPECT_EQ(TextOf(target), "array size: 5 <= 3 <= 7");
+    EXPECT_EQ(DumpOf(target),
               "id: 9\npermission: 2\nname: t\ntype: StringArray\nminSize: 5\nmaxSize: 7\n"
               "defaultSize: 3\n");
     ItemPtr const created(target.CreateItem());
@@ -156,31 +140,19 @@ TEST(StringArrayItemTest, SerialFormRoundTripsAndAppends) {
 TEST(StringArrayItemTest, HostileRecordsKeepTheValue) {
     struct Row {
         char const* name;
-        std::uint32_t id;
-        std::uint8_t type;
-        std::uint8_t numericType;
         Bytes payload;
     };
     Row const rows[] = {
-        {"no terminator at all", 4, 7, 0, {'a', 'b'}},
-        {"last string open", 4, 7, 0, {'a', 0, 'b'}},
-        {"other id", 5, 7, 0, {'a', 0}},
-        {"other type", 4, 9, 0, {'a', 0}},
-        {"numeric type set", 4, 7, 3, {'a', 0}},
+        {"no terminator at all", {'a', 'b'}},
+        {"last string open", {'a', 0, 'b'}},
     };
     for (Row const& row : rows) {
         SCOPED_TRACE(row.name);
         boost::intrusive_ptr<StringArrayItem> item(StringArrayItem::Create(4, {"old"}));
-        auto const record = MakeRecord(row.id, row.type, row.numericType, row.payload);
+        auto const record = MakeRecord(4, 7, 0, row.payload);
         EXPECT_EQ(item->Deserialize(&record), -41);
         EXPECT_EQ(item->Val(), Strings({"old"}));
     }
-    StringArrayItem item(4);
-    auto missing = MakeRecord(4, 7, 0, Bytes());
-    missing.SetHeader(4, 3, 7, 0);  // a size without a payload
-    EXPECT_EQ(item.Deserialize(&missing), -41);
-    EXPECT_EQ(item.Deserialize(nullptr), -32);
-    EXPECT_TRUE(item.IsEmpty());
 }
 
 TEST(StringArrayItemTest, AssignmentFromSingleValuesAndLists) {
@@ -277,7 +249,7 @@ TEST(StringArrayItemTest, TextReadsAllOrNothing) {
         EXPECT_EQ(errors.str(), row.error);
     }
     boost::intrusive_ptr<StringArrayItem> item(StringArrayItem::Create(6, {"a", "", "bc"}));
-    EXPECT_EQ(Dump(*item), "id: 6\ntype: StringArray\nvalue: (a, , bc)\n");
+    EXPECT_EQ(DumpOf(*item), "id: 6\ntype: StringArray\nvalue: (a, , bc)\n");
     EXPECT_EQ(StringArrayItem(6).GetValAsString(), "()");
 }
 
@@ -328,9 +300,9 @@ TEST(StringSparseInfoTest, NoBoundsButAssignment) {
     EXPECT_EQ(target.AssignValue(nullptr, &changed), -31);
     EXPECT_TRUE(changed);
 
-    EXPECT_EQ(Compact(target), "a, b; default=a");
+    EXPECT_EQ(TextOf(target), "a, b; default=a");
     // The type has no text of its own, and the table is not shown.
-    EXPECT_EQ(Dump(target), "id: 5\npermission: 0\nname: t\ntype: Invalid\ndefault: a\n");
+    EXPECT_EQ(DumpOf(target), "id: 5\npermission: 0\nname: t\ntype: Invalid\ndefault: a\n");
     ItemPtr const created(target.CreateItem());
     EXPECT_EQ(created->GetValAsString(), "a");
     EXPECT_EQ(created->GetId(), 5u);
@@ -405,9 +377,6 @@ TEST(StringSparseItemTest, HostileRecordsKeepTheValue) {
         EXPECT_EQ(item.GetVal(), "old");
     }
     Bytes const word = {'x', 0};
-    auto const wrongType = MakeRecord(3, 6, 0, word);
-    EXPECT_EQ(item.Deserialize(&wrongType), -41);
-    EXPECT_EQ(item.Deserialize(nullptr), -32);
     // Any size ending in a terminator reads, not only the block of nine.
     auto const shortRecord = MakeRecord(3, 9, 0, word);
     EXPECT_EQ(item.Deserialize(&shortRecord), 0);
@@ -425,7 +394,7 @@ TEST(StringSparseItemTest, TextIsOneWord) {
     EXPECT_EQ(errors.str(), "Error parsing stringSparseItem\n");
     EXPECT_FALSE(item.SetValFromStream(blanks, errors, nullptr));  // now at the end
     EXPECT_EQ(item.GetVal(), "first");
-    EXPECT_EQ(Dump(item), "id: 7\ntype: Invalid\nvalue: first\n");
+    EXPECT_EQ(DumpOf(item), "id: 7\ntype: Invalid\nvalue: first\n");
 }
 
 }  // namespace

@@ -9,10 +9,7 @@
 namespace {
 
 using namespace Legacy::Oru;
-using OruTest::Bytes;
-using OruTest::Hex;
-using OruTest::MakeRecord;
-using OruTest::PayloadOf;
+using namespace OruTest;
 
 TEST(StringInfoTest, LengthLimitsCutTheDefaultDifferently) {
     StringInfo info(1, "name", Permission_t());
@@ -154,18 +151,14 @@ TEST(StringTextTest, CompactAndDumpForms) {
     StringInfo info(4, "label", Permission_t(6));
     info.SetDefault("hi there");
     info.SetMaxLength(12);
-    std::ostringstream compact;
-    info.operator<<(compact);
-    EXPECT_EQ(compact.str(), "\"hi there\"; max length=12");
+    EXPECT_EQ(TextOf(info), "\"hi there\"; max length=12");
     std::ostringstream dump;
     info.DumpVal(dump);
     EXPECT_EQ(
         dump.str(),
         "id: 4\npermission: 6\nname: label\ntype: String\nmaxLength: 12\ndefault: hi there\n");
     boost::intrusive_ptr<ItemBase> item(info.CreateItem());
-    std::ostringstream itemDump;
-    item->DumpVal(itemDump);
-    EXPECT_EQ(itemDump.str(), "id: 4\ntype: String\nvalue: hi there\n");
+    EXPECT_EQ(DumpOf(*item), "id: 4\ntype: String\nvalue: hi there\n");
     EXPECT_EQ(item->GetValAsString(), "hi there");
 }
 

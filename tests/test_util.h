@@ -1,12 +1,16 @@
-// Small helpers shared by the tests: records from bytes, records to bytes.
+// Small helpers shared by the tests: records from bytes, records to bytes,
+// objects to the texts they write, and the list of the ten traits classes.
 #ifndef ORU_TESTS_TEST_UTIL_H
 #define ORU_TESTS_TEST_UTIL_H
 
 #include <cstdint>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <legacy/oru/itembase.h>
+#include <legacy/oru/traits.h>
 
 namespace OruTest {
 
@@ -38,6 +42,30 @@ inline std::string Hex(Bytes const& bytes) {
         text += digits[bytes[i] & 15];
     }
     return text;
+}
+
+// The ten element types, for a TYPED_TEST_SUITE whose members share behaviour.
+using AllTraits =
+    ::testing::Types<Legacy::Oru::U8Traits, Legacy::Oru::S8Traits, Legacy::Oru::U16Traits,
+                     Legacy::Oru::S16Traits, Legacy::Oru::U32Traits, Legacy::Oru::S32Traits,
+                     Legacy::Oru::U64Traits, Legacy::Oru::S64Traits, Legacy::Oru::FloatTraits,
+                     Legacy::Oru::DoubleTraits>;
+
+// What operator<< writes for object: the one-line text of an Info or Item,
+// the name of a type enumerator.
+template <class T>
+std::string TextOf(T const& object) {
+    std::ostringstream out;
+    out << object;
+    return out.str();
+}
+
+// The lines DumpVal writes for object.
+template <class T>
+std::string DumpOf(T const& object) {
+    std::ostringstream out;
+    object.DumpVal(out);
+    return out.str();
 }
 
 }  // namespace OruTest

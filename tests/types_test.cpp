@@ -4,17 +4,13 @@
 
 #include <legacy/oru/types.h>
 
+#include "test_util.h"
 #include "typetext.h"
 
 namespace {
 
 using namespace Legacy::Oru;
-
-std::string Print(OruType_t type) {
-    std::ostringstream out;
-    out << type;
-    return out.str();
-}
+using OruTest::TextOf;
 
 TEST(TypeTextTest, FamiliesWithoutTextPrintInvalid) {
     struct Row {
@@ -31,7 +27,7 @@ TEST(TypeTextTest, FamiliesWithoutTextPrintInvalid) {
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.value);
-        EXPECT_EQ(Print(static_cast<OruType_t>(row.value)), row.text);
+        EXPECT_EQ(TextOf(static_cast<OruType_t>(row.value)), row.text);
     }
     std::ostringstream out;
     out << NumericType_t::Double << ' ' << static_cast<NumericType_t>(11);

@@ -1,29 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
-#include <new>
 
 #include <legacy/oru/oru.h>
 
-// Counts the allocations of this test program, so that a passing check can
-// be shown to allocate nothing.
-static std::atomic<long> g_allocations{0};
-
-void* operator new(std::size_t size) {
-    g_allocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(size ? size : 1)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
+#include "alloc_count.h"
 
 namespace {
 
@@ -39,12 +20,12 @@ TEST(ValidationTest, PassingChecksAllocateNothing) {
     boost::intrusive_ptr<StringItem> text(StringItem::Create(2, "short"));
     boost::intrusive_ptr<InfoBase const> const textBase(textInfo);
 
-    long const before = g_allocations.load();
+    OruTest::AllocationScope const allocations;
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(item->Validate(asBase), nullptr);
         EXPECT_EQ(text->Validate(textBase), nullptr);
     }
-    EXPECT_EQ(g_allocations.load() - before, 0);
+    EXPECT_EQ(allocations.Count(), 0);
     EXPECT_EQ(info->GetRefCount(), 2);  // the check's hold came back
 }
 
