@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <sstream>
 #include <typeinfo>
 #include <vector>
@@ -11,61 +10,13 @@
 #include <legacy/oru/oru.h>
 
 #include "registry.h"
+#include "row_values.h"
 #include "test_util.h"
 
 namespace {
 
 using namespace Legacy::Oru;
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
-
-// A value other than the default, for the row's class: read from text where
-// the family reads text, set directly where it does not.
-void SetValue(Registry::Row const& row, ItemBase& item) {
-    switch (row.type) {
-        case OruType_t::Orientation:
-            dynamic_cast<OrientationItem&>(item).Set(Orientation_t{90.0f, 10.0f, 0.0f});
-            return;
-        case OruType_t::AppEndpoint:
-            dynamic_cast<AppEndpointItem&>(item).SetVal(
-                AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("rtsp://10.0.0.2:554"));
-            return;
-        case OruType_t::AppEndpointArray:
-            dynamic_cast<AppEndpointArrayItem&>(item).SetVal(
-                {AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("http://10.0.0.3:80")});
-            return;
-        case OruType_t::Composite: {
-            auto& composite = dynamic_cast<CompositeItem&>(item);
-            composite.AddItem(ItemPtr(StringItem::Create(0, "child")));
-            composite.AddItem(ItemPtr(NumericItem<S8Traits>::Create(0, -3)));
-            return;
-        }
-        default:
-            break;
-    }
-    static std::map<OruType_t, char const*> const texts = {
-        {OruType_t::Bool, "1"},
-        {OruType_t::Numeric, "7"},
-        {OruType_t::NumericArray, "3 1 2 100"},
-        {OruType_t::NumericSparse, "5"},
-        {OruType_t::Enum, "3"},
-        {OruType_t::String, "text"},
-        {OruType_t::StringArray, "2 ab cd"},
-        {OruType_t::BoolArray, "3 1 0 1"},
-        {OruType_t::StringSparse, "short"},
-        {OruType_t::Colour, "(0 1 1 0)"},
-        {OruType_t::Coordinate, "3 4"},
-        {OruType_t::Rectangle, "1 2 30 40"},
-        {OruType_t::Addr, "10.0.0.1"},
-        {OruType_t::Endpoint, "[::1]:80"},
-        {OruType_t::RectArray, "1 1 2 3 4"},
-    };
-    auto const text = texts.find(row.type);
-    ASSERT_NE(text, texts.end()) << "no value for " << Registry::Name(row);
-    std::istringstream in(text->second);
-    std::ostringstream errors;
-    EXPECT_TRUE(item.SetValFromStream(in, errors, nullptr))
-        << Registry::Name(row) << ": " << errors.str();
-}
 
 // An Item of every row whose class reads its records, each with a value.
 std::vector<ItemPtr> Rows() {
@@ -79,7 +30,7 @@ std::vector<ItemPtr> Rows() {
         // The row's bytes are the class's own.
         EXPECT_EQ(item->GetType(), row.type);
         EXPECT_EQ(item->GetNumericType(), row.numericType);
-        SetValue(row, *item);
+        OruTest::SetOtherValue(row, *item);
         rows.push_back(item);
     }
     return rows;
