@@ -14,16 +14,7 @@
 #include <legacy/oru/files/description.h>
 #include <legacy/oru/oru.h>
 
-namespace Legacy {
-namespace Oru {
-namespace Files {
-// Problems print as their text in failure messages.
-void PrintTo(Problem const& problem, std::ostream* out) {
-    *out << '"' << ToString(problem) << '"';
-}
-}  // namespace Files
-}  // namespace Oru
-}  // namespace Legacy
+#include "problem_print.h"
 
 namespace {
 

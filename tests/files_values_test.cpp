@@ -16,18 +16,8 @@
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
+#include "problem_print.h"
 #include "recording_directory.h"
-
-namespace Legacy {
-namespace Oru {
-namespace Files {
-// Problems print as their text in failures.
-void PrintTo(Problem const& problem, std::ostream* out) {
-    *out << "{\"" << problem.pointer << "\", \"" << problem.message.substr(0, 300) << "\"}";
-}
-}  // namespace Files
-}  // namespace Oru
-}  // namespace Legacy
 
 namespace {
 

@@ -18,7 +18,6 @@
 #include "demo_directory.h"
 #include "hex.h"
 #include "sample.h"
-#include "serialcodec.h"
 #include "util.h"
 
 namespace OruTool {
@@ -96,11 +95,7 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
         ItemBase::ConstSerialStruct_t const view(record);
         boost::intrusive_ptr<ItemBase> back;
         int const code = ItemBase::Deserialize(&view, back);
-        out << "  " << NameOf(setting) << "\n    "
-            << HexBytes(flat.data(), Legacy::Oru::Serial::k_headerSize) << " | "
-            << HexBytes(flat.data() + Legacy::Oru::Serial::k_headerSize,
-                        flat.size() - Legacy::Oru::Serial::k_headerSize)
-            << "\n    reads back as ";
+        out << "  " << NameOf(setting) << "\n    " << FlatRecordHex(flat) << "\n    reads back as ";
         if (code != 0) {
             out << "error " << code << "\n";
         } else {

@@ -13,7 +13,6 @@
 #include <legacy/oru/oru.h>
 
 #include "hex.h"
-#include "serialcodec.h"
 
 namespace OruTool {
 
@@ -125,10 +124,7 @@ int RunDirectoryDemo(std::ostream& out, std::ostream& err) {
     ItemBase::ConstSerialStruct_t const view(record);
     boost::intrusive_ptr<ItemBase> back;
     code = ItemBase::Deserialize(&view, back);
-    out << "  serial record: " << HexBytes(flat.data(), Legacy::Oru::Serial::k_headerSize) << " | "
-        << HexBytes(flat.data() + Legacy::Oru::Serial::k_headerSize,
-                    flat.size() - Legacy::Oru::Serial::k_headerSize)
-        << "\n  reads back as ";
+    out << "  serial record: " << FlatRecordHex(flat) << "\n  reads back as ";
     if (code != 0) {
         out << "error " << code << "\n";
     } else {

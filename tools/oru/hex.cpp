@@ -1,5 +1,6 @@
 #include "hex.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "serialcodec.h"
@@ -29,6 +30,13 @@ std::vector<unsigned char> FlatRecord(Legacy::Oru::ItemBase::SerialStruct_t cons
         std::memcpy(flat.data() + Serial::k_headerSize, record.data, size);
     }
     return flat;
+}
+
+std::string FlatRecordHex(std::vector<unsigned char> const& flat) {
+    std::size_t const header =
+        std::min<std::size_t>(Legacy::Oru::Serial::k_headerSize, flat.size());
+    return HexBytes(flat.data(), header) + " | " +
+           HexBytes(flat.data() + header, flat.size() - header);
 }
 
 }  // namespace OruTool

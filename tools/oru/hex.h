@@ -16,6 +16,9 @@ std::string HexBytes(unsigned char const* bytes, std::size_t count);
 // The record laid flat: ten header bytes, then the payload.
 std::vector<unsigned char> FlatRecord(Legacy::Oru::ItemBase::SerialStruct_t const& record);
 
+// "header | payload" of a record laid flat, each part as HexBytes writes it.
+std::string FlatRecordHex(std::vector<unsigned char> const& flat);
+
 }  // namespace OruTool
 
 #endif

@@ -1,0 +1,23 @@
+// Problems of the settings-file readers print as their pointer and message in
+// failure messages; a message is cut at 300 characters, since some quote
+// megabytes of input.
+#ifndef ORU_TESTS_PROBLEM_PRINT_H
+#define ORU_TESTS_PROBLEM_PRINT_H
+
+#include <ostream>
+
+#include <legacy/oru/files/problem.h>
+
+namespace Legacy {
+namespace Oru {
+namespace Files {
+
+inline void PrintTo(Problem const& problem, std::ostream* out) {
+    *out << "{\"" << problem.pointer << "\", \"" << problem.message.substr(0, 300) << "\"}";
+}
+
+}  // namespace Files
+}  // namespace Oru
+}  // namespace Legacy
+
+#endif
