@@ -337,12 +337,12 @@ int CompositeItem::Deserialize(ConstSerialStruct_t const* record) {
     items_.reserve(items_.size() +
                    std::min<std::size_t>(count, reader.Remaining() / Serial::k_headerSize));
     for (unsigned int i = 0; i < count; ++i) {
-        Serial::Header const header = reader.TakeHeader();
-        if (reader.Failed()) {
+        unsigned char const* const header = reader.Take(Serial::k_headerSize);
+        if (!header) {
             return Codes::k_noSerialForm;
         }
         ConstSerialStruct_t child;
-        Serial::SetHeader(child, header);
+        Serial::SetHeader(child, Serial::GetHeader(header));
         if (child.GetDataSize() > reader.Remaining()) {
             return Codes::k_noSerialForm;
         }

@@ -47,6 +47,8 @@ constexpr Row Reads(OruType_t type, char const* family, NumericType_t element = 
 #define ORU_RECTANGLE_ROW(T) \
     Reads<RectItem<T>>(OruType_t::Rectangle, "Rectangle", T::k_numericType),
 
+}  // namespace
+
 // clang-format off
 constexpr Row k_rows[] = {
     Reads<BoolItem>(OruType_t::Bool, "Bool"),
@@ -84,19 +86,13 @@ constexpr Row k_rows[] = {
 #undef ORU_COORDINATE_ROW
 #undef ORU_RECTANGLE_ROW
 
+namespace {
+
 constexpr std::size_t k_rowCount = sizeof(k_rows) / sizeof(k_rows[0]);
-constexpr std::size_t k_elementColumns = 11;  // the element bytes 0 to 10
-constexpr std::uint8_t k_noRow = 0xFF;
-static_assert(k_rowCount < k_noRow, "a row's index fits a byte");
+static_assert(k_rowCount < k_noRow, "a row's number fits a byte");
 
-// Row indices by type byte and element byte. A family without an element type
-// fills its whole line, and column 0 also answers element bytes above 10.
-struct Index {
-    std::uint8_t row[256][k_elementColumns];
-};
-
-constexpr Index MakeIndex() {
-    Index index{};
+constexpr RowIndex MakeIndex() {
+    RowIndex index{};
     for (auto& line : index.row) {
         for (std::uint8_t& cell : line) {
             cell = k_noRow;
@@ -117,17 +113,12 @@ constexpr Index MakeIndex() {
     return index;
 }
 
-constexpr Index k_index = MakeIndex();
-
 }  // namespace
+
+constexpr RowIndex k_rowIndex = MakeIndex();
 
 Rows All() noexcept {
     return Rows(k_rows, k_rowCount);
-}
-
-Row const* Find(std::uint8_t type, std::uint8_t numericType) noexcept {
-    std::uint8_t const i = k_index.row[type][numericType < k_elementColumns ? numericType : 0];
-    return i == k_noRow ? nullptr : &k_rows[i];
 }
 
 std::string Name(Row const& row) {

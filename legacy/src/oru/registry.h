@@ -59,9 +59,24 @@ private:
 
 Rows All() noexcept;
 
+// The table behind Find, in registry.cpp: row numbers by type byte and
+// element byte (0 to 10; a family without an element type fills its whole
+// line, and column 0 also answers element bytes above 10).
+constexpr std::size_t k_elementColumns = 11;
+constexpr std::uint8_t k_noRow = 0xFF;
+struct RowIndex {
+    std::uint8_t row[256][k_elementColumns];
+};
+extern Row const k_rows[];
+extern RowIndex const k_rowIndex;
+
 // The row of a record with these two type bytes, or null where no class has
-// them. Constant time: a record is dispatched on every read.
-Row const* Find(std::uint8_t type, std::uint8_t numericType) noexcept;
+// them. Inline and constant time: every record read, a composite's children
+// included, is dispatched here.
+inline Row const* Find(std::uint8_t type, std::uint8_t numericType) noexcept {
+    std::uint8_t const i = k_rowIndex.row[type][numericType < k_elementColumns ? numericType : 0];
+    return i == k_noRow ? nullptr : &k_rows[i];
+}
 
 // "Numeric:U32" for a row with an element type, "Bool" for one without.
 std::string Name(Row const& row);

@@ -380,12 +380,6 @@ public:
         return true;
     }
 
-    // The next header laid flat; zeros (and failed) when fewer than ten bytes remain.
-    Header TakeHeader() noexcept {
-        unsigned char const* const at = Take(k_headerSize);
-        return at ? GetHeader(at) : Header{0, 0, 0, 0};
-    }
-
     template <class T>
     typename T::Element Element() noexcept {
         unsigned char const* const at = Take(T::k_serialWidth);
