@@ -255,9 +255,10 @@ void WriteScalar(NumericInfo<T> const& info, Json& out) {
     }
 }
 
-// A nested scalar: "x": {"min": 0, "max": 100, "default": 5}.
-template <class T>
-void ReadPart(Members& members, char const* key, NumericInfo<T>& part) {
+// An optional object under key: its members are read by read(inner), and
+// any other member is refused.
+template <class Read>
+void ReadNested(Members& members, char const* key, Read read) {
     JsonValue const* const value = members.Get(key);
     if (!value) {
         return;
@@ -267,8 +268,14 @@ void ReadPart(Members& members, char const* key, NumericInfo<T>& part) {
         return;
     }
     Members inner(*value, pointer, members.Check());
-    ReadScalar(inner, part);
+    read(inner);
     inner.RefuseUnknown();
+}
+
+// A nested scalar: "x": {"min": 0, "max": 100, "default": 5}.
+template <class T>
+void ReadPart(Members& members, char const* key, NumericInfo<T>& part) {
+    ReadNested(members, key, [&part](Members& inner) { ReadScalar(inner, part); });
 }
 
 template <class T>
@@ -288,18 +295,10 @@ Json CoordinateJson(CoordinateInfo<T> const& info) {
 
 template <class T>
 void ReadCorner(Members& members, char const* key, CoordinateInfo<T>& corner) {
-    JsonValue const* const value = members.Get(key);
-    if (!value) {
-        return;
-    }
-    std::string const pointer = members.PointerOf(key);
-    if (!members.Check().Object(*value, pointer)) {
-        return;
-    }
-    Members inner(*value, pointer, members.Check());
-    ReadPart(inner, "x", *corner.X());
-    ReadPart(inner, "y", *corner.Y());
-    inner.RefuseUnknown();
+    ReadNested(members, key, [&corner](Members& inner) {
+        ReadPart(inner, "x", *corner.X());
+        ReadPart(inner, "y", *corner.Y());
+    });
 }
 
 // minSize and maxSize, checked against each other; the Info takes them only
