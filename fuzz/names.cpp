@@ -49,10 +49,13 @@ void Uri(std::string const& text) {
         Check(again.ToUri() == uri);
     } else {
         // Each pass can strip what stands before the next "rtsp://" or one
-        // more leading character, so the URI settles; on the way an empty
-        // address reads as "0" and gains the ":0" of a port, once.
+        // more leading character, so the URI settles. On the way it grows
+        // once at most: an empty address reads as "0" and gains the ":0" of
+        // a port (3 bytes), or an address with a ':' that stood alone gains
+        // its brackets and the ":0" (4 bytes: "rtsp://1::2" becomes
+        // "rtsp://[1::2]:0").
         std::string current = again.ToUri();
-        std::size_t const limit = current.size() + 3;
+        std::size_t const limit = current.size() + 4;
         bool settled = false;
         for (std::size_t pass = 0; pass <= limit && !settled; ++pass) {
             std::string const next = Endpoint::FromUri(current).ToUri();
