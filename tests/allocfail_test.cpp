@@ -242,7 +242,7 @@ TEST(AllocFailTest, DeltaKeepsWhatWasApplied) {
 namespace {
 
 // Long enough that every copy of it allocates (past the small-string buffer).
-std::string const kLong = "a-text-well-past-the-small-string-buffer";
+std::string const k_long = "a-text-well-past-the-small-string-buffer";
 
 // Runs op with the Nth allocation failing, N = 1, 2, ... until it runs
 // through. op keeps nothing it makes, so after every failure as after the
@@ -284,7 +284,7 @@ struct Family {
 
 template <class I>
 InfoPtr MakeInfo() {
-    return InfoPtr(new I(0x40000005, kLong, Permission_t(3)));
+    return InfoPtr(new I(0x40000005, k_long, Permission_t(3)));
 }
 
 // An Item of the Info's class read from text.
@@ -297,8 +297,8 @@ Family Read(char const* name, InfoPtr const& info, std::string const& text) {
 }
 
 InfoPtr Enumeration() {
-    boost::intrusive_ptr<EnumInfo> info(new EnumInfo(0x40000005, kLong, Permission_t(3), false));
-    info->SetTable({{kLong, 3, false}, {kLong + "-too", 4, true}});
+    boost::intrusive_ptr<EnumInfo> info(new EnumInfo(0x40000005, k_long, Permission_t(3), false));
+    info->SetTable({{k_long, 3, false}, {k_long + "-too", 4, true}});
     return info;
 }
 
@@ -317,31 +317,31 @@ std::vector<Family> Families() {
         Read("NumericArray", MakeInfo<NumericArrayInfo<U16Traits>>(), Count(40, "65535")),
         Read("NumericSparse", MakeInfo<NumericSparseInfo<S8Traits>>(), "-7"),
         Read("Enum", Enumeration(), "3"),
-        Read("String", MakeInfo<StringInfo>(), kLong),
-        Read("StringArray", MakeInfo<StringArrayInfo>(), Count(3, kLong)),
+        Read("String", MakeInfo<StringInfo>(), k_long),
+        Read("StringArray", MakeInfo<StringArrayInfo>(), Count(3, k_long)),
         Read("BoolArray", MakeInfo<BoolArrayInfo>(), Count(40, "1")),
-        Read("StringSparse", MakeInfo<StringSparseInfo>(), kLong),
+        Read("StringSparse", MakeInfo<StringSparseInfo>(), k_long),
         Read("Colour", MakeInfo<ColourInfo>(), "(0 1 2 255"),
         Read("Coordinate", MakeInfo<CoordinateInfo<S32Traits>>(), "-5 7"),
         Read("Rect", MakeInfo<RectInfo<FloatTraits>>(), "1 2 3 4"),
         Read("RectArray", MakeInfo<RectArrayInfo<U16Traits>>(), "3 1 2 3 4 5 6 7 8 9 10 11 12"),
-        Read("Addr", MakeInfo<AddrInfo>(), kLong + ".example"),
-        Read("Endpoint", MakeInfo<EndpointInfo>(), kLong + ".example:8080"),
-        Read("AppEndpoint", MakeInfo<AppEndpointInfo>(), kLong + ".example:80"),
+        Read("Addr", MakeInfo<AddrInfo>(), k_long + ".example"),
+        Read("Endpoint", MakeInfo<EndpointInfo>(), k_long + ".example:8080"),
+        Read("AppEndpoint", MakeInfo<AppEndpointInfo>(), k_long + ".example:80"),
     };
     InfoPtr const endpoints = MakeInfo<AppEndpointArrayInfo>();
     boost::intrusive_ptr<AppEndpointArrayItem> array(
         static_cast<AppEndpointArrayItem*>(endpoints->CreateItem()));
-    array->SetVal({AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("rtsp://" + kLong + "/a"),
-                   AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("http://" + kLong + "/b")});
+    array->SetVal({AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("rtsp://" + k_long + "/a"),
+                   AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri("http://" + k_long + "/b")});
     families.push_back(Family{"AppEndpointArray", endpoints, array});
 
     boost::intrusive_ptr<CompositeInfo> composite(
-        new CompositeInfo(0x40000005, kLong, Permission_t(3)));
+        new CompositeInfo(0x40000005, k_long, Permission_t(3)));
     composite->AddInfo(MakeInfo<StringInfo>());
     composite->AddInfo(MakeInfo<NumericArrayInfo<U8Traits>>());
     boost::intrusive_ptr<CompositeItem> children(new CompositeItem(0x40000005));
-    children->AddItem(ItemPtr(StringItem::Create(0, kLong)));
+    children->AddItem(ItemPtr(StringItem::Create(0, k_long)));
     children->AddItem(Composite());
     families.push_back(Family{"Composite", composite, children});
 
@@ -356,7 +356,7 @@ std::vector<Family> Families() {
 // that allocate: an allocation that fails leaks nothing and leaves the
 // objects it read as they were.
 TEST(AllocFailTest, CreatingOperationsOfEveryFamilyLeakNothing) {
-    InfoPtr const foreign(new NumericInfo<S64Traits>(1, kLong, Permission_t()));
+    InfoPtr const foreign(new NumericInfo<S64Traits>(1, k_long, Permission_t()));
     for (Family const& family : Families()) {
         SCOPED_TRACE(family.name);
         ItemPtr const& item = family.item;

@@ -20,12 +20,12 @@ using DeltaPtr = std::shared_ptr<InfoItemDirectoryDelta>;
 
 // "Audio" (number 0) and "Audio/Input" (number 0 below it), as a change set
 // from elsewhere would carry them.
-SectionId const kAudio("Audio", InfoItemSectionId::CreateLevel1SectionId(0));
-SectionId const kInput("Audio/Input",
-                       InfoItemSectionId::CreateLevel1SectionId(0).CreateSectionId(0));
+SectionId const k_audio("Audio", InfoItemSectionId::CreateLevel1SectionId(0));
+SectionId const k_input("Audio/Input",
+                        InfoItemSectionId::CreateLevel1SectionId(0).CreateSectionId(0));
 
 unsigned int InputInfo(std::size_t number) {
-    return kInput.GetInfoItemSectionId().CreateInfoItemId(number);
+    return k_input.GetInfoItemSectionId().CreateInfoItemId(number);
 }
 
 // Sections, three Infos and their Items, in the opposite order to the one
@@ -37,8 +37,8 @@ DeltaPtr WholeSettings() {
         EXPECT_EQ(delta->AddInfo(U32InfoHolder(InputInfo(number), "S" + std::to_string(number))),
                   0);
     }
-    EXPECT_EQ(delta->AddSection(kInput), 0);
-    EXPECT_EQ(delta->AddSection(kAudio), 0);
+    EXPECT_EQ(delta->AddSection(k_input), 0);
+    EXPECT_EQ(delta->AddSection(k_audio), 0);
     return delta;
 }
 
@@ -51,9 +51,9 @@ TEST(InfoItemDirectoryDeltaTest, FirstAdditionWins) {
     EXPECT_EQ(delta.AddInfo(first), 0);
     EXPECT_EQ(delta.AddInfo(U32InfoHolder(InputInfo(1), "Second")), -47);
     EXPECT_EQ(delta.GetInfoHolderPtrMap_addMod().at(InputInfo(1)), first);
-    EXPECT_EQ(delta.AddSection(kInput), 0);
-    EXPECT_EQ(delta.AddSection(SectionId("Audio/Other", kInput.GetInfoItemSectionId())), -47);
-    EXPECT_EQ(delta.GetSectionIdMap_addMod().at(kInput.GetInfoItemSectionId()), kInput);
+    EXPECT_EQ(delta.AddSection(k_input), 0);
+    EXPECT_EQ(delta.AddSection(SectionId("Audio/Other", k_input.GetInfoItemSectionId())), -47);
+    EXPECT_EQ(delta.GetSectionIdMap_addMod().at(k_input.GetInfoItemSectionId()), k_input);
     // An invalid section is kept, under the cleared id.
     EXPECT_EQ(delta.AddSection(SectionId()), 0);
     EXPECT_EQ(delta.GetSectionIdMap_addMod().count(InfoItemSectionId(0xFFFFFFFF)), 1u);
@@ -103,13 +103,13 @@ TEST(InfoItemDirectoryDeltaTest, FlagsChooseWhatBesidesSectionsIsApplied) {
     auto const delta = WholeSettings();
     RecordingDirectory structure;
     ASSERT_EQ(structure.UpdateFromDelta(delta, false, false), 0);
-    EXPECT_EQ(structure.FindSection("Audio/Input"), kInput);
+    EXPECT_EQ(structure.FindSection("Audio/Input"), k_input);
     EXPECT_TRUE(structure.Empty());
     EXPECT_TRUE(structure.log.empty());
 
     // Items alone: a setting the directory has takes its Item; a new one stops the walk.
     RecordingDirectory itemsOnly;
-    ASSERT_EQ(itemsOnly.AddSection(kInput), 0);
+    ASSERT_EQ(itemsOnly.AddSection(k_input), 0);
     ASSERT_EQ(itemsOnly.AddInfo(U32InfoHolder(InputInfo(1), "S1")), 0);
     itemsOnly.log.clear();
     EXPECT_EQ(itemsOnly.UpdateFromDelta(delta, false, true), -25);
@@ -119,7 +119,7 @@ TEST(InfoItemDirectoryDeltaTest, FlagsChooseWhatBesidesSectionsIsApplied) {
 
 TEST(InfoItemDirectoryDeltaTest, StopsAtTheFirstFailureAndCanBeAppliedAgain) {
     RecordingDirectory dir;
-    ASSERT_EQ(dir.AddSection(kInput), 0);
+    ASSERT_EQ(dir.AddSection(k_input), 0);
     ASSERT_EQ(dir.AddInfo(U32InfoHolder(InputInfo(9), "S2")), 0);  // takes the name of info 2
     dir.log.clear();
     auto const delta = WholeSettings();
@@ -133,7 +133,7 @@ TEST(InfoItemDirectoryDeltaTest, StopsAtTheFirstFailureAndCanBeAppliedAgain) {
     // The cause removed, the same delta goes through; info 1 now is replaced.
     dir.Clear();
     dir.log.clear();
-    ASSERT_EQ(dir.AddSection(kInput), 0);
+    ASSERT_EQ(dir.AddSection(k_input), 0);
     ASSERT_EQ(dir.AddInfo(U32InfoHolder(InputInfo(1), "S1")), 0);
     ASSERT_EQ(dir.UpdateFromDelta(delta, true, true), 0);
     EXPECT_EQ(dir.log[1], "info 40000001 old=S1 now=S1");

@@ -58,7 +58,7 @@ Outcome RunId(std::vector<std::string> const& args) {
     return outcome;
 }
 
-char const kInfo420C0005[] =
+char const k_info420C0005[] =
     "id                      0x420C0005 (1108082693)\n"
     "class                   info-item id\n"
     "depth                   2\n"
@@ -74,9 +74,9 @@ char const kInfo420C0005[] =
 TEST(OruIdTest, ExplainsEachClassOfId) {
     Outcome const hex = RunId({"0x420C0005"});
     EXPECT_EQ(hex.status, 0);
-    EXPECT_EQ(hex.out, kInfo420C0005);
+    EXPECT_EQ(hex.out, k_info420C0005);
     EXPECT_EQ(hex.err, "");
-    EXPECT_EQ(RunId({"1108082693"}).out, kInfo420C0005);
+    EXPECT_EQ(RunId({"1108082693"}).out, k_info420C0005);
 
     struct Row {
         char const* id;

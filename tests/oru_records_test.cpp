@@ -15,7 +15,7 @@ struct Sample {
 };
 
 // One value of every family the program can encode, as it reads back.
-Sample const kSamples[] = {
+Sample const k_samples[] = {
     {"Bool", "1", "True"},
     {"Numeric:U8", "200", "200"},
     {"Numeric:S8", "-5", "-5"},
@@ -48,7 +48,7 @@ Sample const kSamples[] = {
 };
 
 TEST(OruRecordsTest, EncodeThenDecodeRoundTripsEveryFamily) {
-    for (Sample const& sample : kSamples) {
+    for (Sample const& sample : k_samples) {
         SCOPED_TRACE(sample.family);
         auto const encoded =
             RunTool(std::string("encode ") + sample.family + " 0x420C0005 '" + sample.text + "'");
@@ -184,7 +184,7 @@ TEST(OruRecordsTest, EncodeNeverWritesAValueOtherThanTheOneTyped) {
 
 // Whatever decode prints of a value, encode takes back to the same record.
 TEST(OruRecordsTest, EncodeAcceptsWhatDecodePrints) {
-    for (Sample const& sample : kSamples) {
+    for (Sample const& sample : k_samples) {
         std::string const family = sample.family;
         if (family == "Orientation" || family == "AppEndpointArray" || family == "Composite" ||
             family == "String" || family == "StringSparse" || family == "Addr") {

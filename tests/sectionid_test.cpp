@@ -10,7 +10,7 @@ using Legacy::Oru::SectionId;
 
 namespace {
 
-unsigned int const kCleared = 0xFFFFFFFFu;
+unsigned int const k_cleared = 0xFFFFFFFFu;
 
 std::string Hex(unsigned int value) {
     char text[16];
@@ -68,7 +68,7 @@ TEST(InfoItemSectionIdTest, ClassOfEveryKindOfValue) {
         {0x3FFFFFFF, "d1 valid wildcard max16777215"},
         {0x42FFFFFF, "d2 valid wildcard max262143"},
         // The cleared id passes IsValid: it is the depth-4 wildcard.
-        {kCleared, "d4 valid wildcard max63"},
+        {k_cleared, "d4 valid wildcard max63"},
         {0x3F000000, "d1 max0"},
         {0xC0000FC0, "d4 max0"},
     };
@@ -78,7 +78,7 @@ TEST(InfoItemSectionIdTest, ClassOfEveryKindOfValue) {
     }
     EXPECT_EQ(InfoItemSectionId::MaxDepth(), 4u);
     EXPECT_EQ(InfoItemSectionId::MaxSubsectionPerSubsection(), 62u);
-    EXPECT_EQ(InfoItemSectionId(), kCleared);
+    EXPECT_EQ(InfoItemSectionId(), k_cleared);
 }
 
 TEST(InfoItemSectionIdTest, DerivationsGuardOnlyWhatTheyMust) {
@@ -95,13 +95,13 @@ TEST(InfoItemSectionIdTest, DerivationsGuardOnlyWhatTheyMust) {
     EXPECT_EQ(Hex(InfoItemSectionId(0x3FFFFFFF).CreateInfoItemId(1)), "0x3F000001");
     EXPECT_EQ(Hex(InfoItemSectionId(0x02FFFFFF).CreateInfoItemId(0xFFFFFF)), "0x02FFFFFF");
 
-    for (unsigned int raw : {0x02FFFFFFu, 0x420C0005u, 0x3F000000u, kCleared}) {
+    for (unsigned int raw : {0x02FFFFFFu, 0x420C0005u, 0x3F000000u, k_cleared}) {
         SCOPED_TRACE(Hex(raw));
         InfoItemSectionId const id(raw);
         EXPECT_EQ(id.GetSubsectionId(0), 255);
-        EXPECT_EQ(id.GetSectionId(0), kCleared);
+        EXPECT_EQ(id.GetSectionId(0), k_cleared);
         EXPECT_EQ(id.GetSubsectionId(5), 255);
-        EXPECT_EQ(id.GetSectionId(5), kCleared);
+        EXPECT_EQ(id.GetSectionId(5), k_cleared);
     }
     EXPECT_EQ(InfoItemSectionId(0x3F000000).GetSubsectionId(1), 255);
 
@@ -122,7 +122,7 @@ TEST(InfoItemSectionIdTest, DerivationsGuardOnlyWhatTheyMust) {
 
     InfoItemSectionId id(0x02FFFFFF);
     id.Clear();
-    EXPECT_EQ(id, kCleared);
+    EXPECT_EQ(id, k_cleared);
 }
 
 TEST(InfoItemSectionIdTest, OrderIsByRawValue) {
@@ -173,7 +173,7 @@ TEST(SectionIdTest, ParsesAndValidatesAgainstTheDepth) {
         } else {
             // A refused section is the cleared one, never half of it.
             EXPECT_EQ(section.GetSectionName(), "");
-            EXPECT_EQ(section.GetInfoItemSectionId(), kCleared);
+            EXPECT_EQ(section.GetInfoItemSectionId(), k_cleared);
             EXPECT_EQ(section.GetSectionDepth(), 0u);
             EXPECT_EQ(section.GetSectionName(1), "");
             EXPECT_EQ(section.GetMaxNumInfoItemsInSection(), 63u);

@@ -18,12 +18,12 @@ namespace {
 
 using namespace Legacy::Oru;
 
-constexpr int kThreads = 4;
+constexpr int k_threads = 4;
 
 template <class F>
 void InThreads(F const& work) {
     std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
+    for (int t = 0; t < k_threads; ++t) {
         threads.emplace_back([&work, t] { work(t); });
     }
     for (auto& thread : threads) {
@@ -45,7 +45,7 @@ TEST(ThreadsTest, ReferenceCountsFromManyThreads) {
     EXPECT_EQ(item->GetRefCount(), 1);
 
     // The last reference may be dropped on any thread.
-    std::vector<boost::intrusive_ptr<ItemBase>> shared(kThreads, item);
+    std::vector<boost::intrusive_ptr<ItemBase>> shared(k_threads, item);
     item.reset();
     InThreads([&](int t) { shared[static_cast<std::size_t>(t)].reset(); });
 }
@@ -153,7 +153,7 @@ TEST(ThreadsTest, CompositesSharingChildrenWriteAndReadOnManyThreads) {
     boost::intrusive_ptr<CompositeItem> inner(new CompositeItem(0));
     inner->AddItem(child);
     std::vector<boost::intrusive_ptr<CompositeItem>> composites;
-    for (int t = 0; t < kThreads; ++t) {
+    for (int t = 0; t < k_threads; ++t) {
         boost::intrusive_ptr<CompositeItem> composite(new CompositeItem(7));
         composite->AddItem(child);
         composite->AddItem(inner);
