@@ -260,6 +260,25 @@ void BM_DeserializeInPlace_Oru(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
+// Parses bytes into a message on the stack per read: the timed loop of both
+// protobuf readers.
+template <class Message>
+void ParseMessages(benchmark::State& state, std::string const& bytes, char const* peer,
+                   char const* shape) {
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow const window(state, Label("Deserialize", peer, shape));
+        for (auto _ : state) {
+            Message message;
+            bool const done = message.ParseFromArray(bytes.data(), static_cast<int>(bytes.size()));
+            benchmark::DoNotOptimize(done);
+            benchmark::DoNotOptimize(message);
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+    state.SetItemsProcessed(state.iterations());
+}
+
 template <class Shape>
 void BM_Deserialize_Protobuf(benchmark::State& state) {
     auto const original = Shape::MakeMessage();
@@ -273,19 +292,7 @@ void BM_Deserialize_Protobuf(benchmark::State& state) {
             return;
         }
     }
-    Bench::AllocationScope const allocations;
-    {
-        Bench::InstructionWindow const window(state,
-                                              Label("Deserialize", "Protobuf", Shape::Name()));
-        for (auto _ : state) {
-            Message message;
-            bool const done = message.ParseFromArray(bytes.data(), static_cast<int>(bytes.size()));
-            benchmark::DoNotOptimize(done);
-            benchmark::DoNotOptimize(message);
-        }
-    }
-    Bench::ReportAllocations(state, allocations);
-    state.SetItemsProcessed(state.iterations());
+    ParseMessages<Message>(state, bytes, "Protobuf", Shape::Name());
 }
 
 // The same parse into a message on the heap, made and freed per read: the
@@ -320,19 +327,7 @@ template <class Shape>
 void BM_Deserialize_ProtobufBytes(benchmark::State& state) {
     using Message = typename Shape::BytesMessage;
     std::string const bytes = Shape::MakeBytesMessage().SerializeAsString();
-    Bench::AllocationScope const allocations;
-    {
-        Bench::InstructionWindow const window(state,
-                                              Label("Deserialize", "ProtobufBytes", Shape::Name()));
-        for (auto _ : state) {
-            Message message;
-            bool const done = message.ParseFromArray(bytes.data(), static_cast<int>(bytes.size()));
-            benchmark::DoNotOptimize(done);
-            benchmark::DoNotOptimize(message);
-        }
-    }
-    Bench::ReportAllocations(state, allocations);
-    state.SetItemsProcessed(state.iterations());
+    ParseMessages<Message>(state, bytes, "ProtobufBytes", Shape::Name());
 }
 
 // The floors of reading or writing 1,000 big-endian 16-bit numbers: what no
