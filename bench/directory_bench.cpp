@@ -297,17 +297,17 @@ void BM_UpdateFromDelta_Directory(benchmark::State& state) {
 }
 BENCHMARK(BM_UpdateFromDelta_Directory)->Apply(Sizes);
 
-void BM_UpdateFromDelta_StdMap(benchmark::State& state) {
-    SettingsTree& s = Bench::SharedTree(state.range(0));
-    double bytes = 0;
-    std::map<unsigned int, ItemPtr> map = s.ById(bytes);
+// The map peer of UpdateFromDelta: each replacement assigned by id, in the
+// sorted order of a change set.
+void UpdateMap(benchmark::State& state, SettingsTree const& s, std::map<unsigned int, ItemPtr>& map,
+               char const* peer) {
     std::map<unsigned int, ItemPtr> delta;
     for (auto const& item : s.replacements) {
         delta.emplace(item->GetItem()->GetId(), item);
     }
     Bench::AllocationScope const allocations;
     {
-        Bench::InstructionWindow const window(state, Label("UpdateFromDelta", "StdMap", state));
+        Bench::InstructionWindow const window(state, Label("UpdateFromDelta", peer, state));
         for (auto _ : state) {
             for (auto const& entry : delta) {
                 map[entry.first] = entry.second;
@@ -318,30 +318,20 @@ void BM_UpdateFromDelta_StdMap(benchmark::State& state) {
     Bench::ReportAllocations(state, allocations);
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
+
+void BM_UpdateFromDelta_StdMap(benchmark::State& state) {
+    SettingsTree& s = Bench::SharedTree(state.range(0));
+    double bytes = 0;
+    std::map<unsigned int, ItemPtr> map = s.ById(bytes);
+    UpdateMap(state, s, map, "StdMap");
+}
 BENCHMARK(BM_UpdateFromDelta_StdMap)->Apply(Sizes);
 
 // In place on the shared scattered map: a copy would be packed.
 void BM_UpdateFromDelta_ScatteredMap(benchmark::State& state) {
     SettingsTree& s = Bench::SharedTree(state.range(0));
     double bytes = 0;
-    std::map<unsigned int, ItemPtr>& map = s.ScatteredById(bytes);
-    std::map<unsigned int, ItemPtr> delta;
-    for (auto const& item : s.replacements) {
-        delta.emplace(item->GetItem()->GetId(), item);
-    }
-    Bench::AllocationScope const allocations;
-    {
-        Bench::InstructionWindow const window(state,
-                                              Label("UpdateFromDelta", "ScatteredMap", state));
-        for (auto _ : state) {
-            for (auto const& entry : delta) {
-                map[entry.first] = entry.second;
-            }
-            benchmark::ClobberMemory();
-        }
-    }
-    Bench::ReportAllocations(state, allocations);
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+    UpdateMap(state, s, s.ScatteredById(bytes), "ScatteredMap");
 }
 BENCHMARK(BM_UpdateFromDelta_ScatteredMap)->Apply(Sizes);
 
