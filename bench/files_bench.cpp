@@ -1,11 +1,15 @@
 // Reading a values file of 100,000 settings and applying it to a directory,
-// beside the floor: parsing the same JSON text with nlohmann alone.
+// beside the floor: parsing the same JSON text with nlohmann alone. Reading a
+// description of 100,000 settings into a new directory, beside its floor:
+// nlohmann's parse of the same text plus the bare AddSection/AddInfo loop.
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
 #include <benchmark/benchmark.h>
 #include <nlohmann/json.hpp>
 
+#include <legacy/oru/files/description.h>
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
@@ -24,6 +28,7 @@ constexpr int k_sections = 100;
 struct Device {
     InfoItemDirectory directory;
     std::string values;
+    std::string description;
 
     Device() {
         nlohmann::json file = nlohmann::json::object();
@@ -49,6 +54,7 @@ struct Device {
             }
         }
         values = file.dump();
+        description = Files::WriteDescription(directory);
     }
 };
 
@@ -79,6 +85,65 @@ void BM_ReadValues_Nlohmann(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_ReadValues_Nlohmann)->Unit(benchmark::kMillisecond);
+
+// An id as a description writes it: a number, or a hexadecimal string.
+unsigned int IdOf(nlohmann::json const& id) {
+    if (id.is_string()) {
+        return static_cast<unsigned int>(
+            std::strtoul(id.get_ref<std::string const&>().c_str(), nullptr, 16));
+    }
+    return id.get<unsigned int>();
+}
+
+void BM_ReadDescription_Oru(benchmark::State& state) {
+    Device& device = TheDevice();
+    Bench::InstructionWindow window(state, "ReadDescription/Oru/100000");
+    for (auto _ : state) {
+        InfoItemDirectory directory;
+        Files::Problems const problems = Files::ReadDescription(device.description, directory);
+        if (!problems.empty()) {
+            state.SkipWithError(problems.front().message.c_str());
+        }
+        benchmark::DoNotOptimize(directory);
+    }
+}
+BENCHMARK(BM_ReadDescription_Oru)->Unit(benchmark::kMillisecond);
+
+// The same text parsed, and the same Infos made and added by hand: the
+// sections by path, each setting under the id and bounds the text gives.
+void BM_ReadDescription_Floor(benchmark::State& state) {
+    Device& device = TheDevice();
+    Bench::InstructionWindow window(state, "ReadDescription/Floor/100000");
+    for (auto _ : state) {
+        InfoItemDirectory directory;
+        nlohmann::json const parsed = nlohmann::json::parse(device.description);
+        for (nlohmann::json const& setting : parsed.at("settings")) {
+            std::string const& path = setting.at("path").get_ref<std::string const&>();
+            std::size_t const slash = path.rfind('/');
+            SectionId section;
+            std::string const sectionName = path.substr(0, slash);
+            // -47: the section is there already, and section names it.
+            int const added = directory.AddSection(sectionName, section);
+            if (added != 0 && added != -47) {
+                state.SkipWithError("cannot add a section");
+                break;
+            }
+            boost::intrusive_ptr<NumericInfo<U32Traits>> info(
+                new NumericInfo<U32Traits>(IdOf(setting.at("id")), path.substr(slash + 1),
+                                           Permission_t(setting.value("permission", 0u))));
+            info->SetMin(setting.value("min", 0u));
+            info->SetMax(setting.value("max", 0u));
+            info->SetDefault(setting.value("default", 0u));
+            if (directory.AddInfo(boost::intrusive_ptr<InfoHolder const>(new InfoHolder(info))) !=
+                0) {
+                state.SkipWithError("cannot add a setting");
+                break;
+            }
+        }
+        benchmark::DoNotOptimize(directory);
+    }
+}
+BENCHMARK(BM_ReadDescription_Floor)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
