@@ -383,24 +383,54 @@ TEST(FilesDescription, NumbersRunOut) {
               (Problems{{"/settings/1/path", "no section number is left for New"}}));
     EXPECT_EQ(directory.FindInfo("S5", "A"), nullptr);
 
-    // A section at depth 4 has room for so many info numbers.
+    // A section at depth 4 has room for 63 settings: the all-ones number 63
+    // is the section's own id, never a setting's.
     InfoItemDirectory deep;
     SectionId section;
     ASSERT_EQ(deep.AddSection("a/b/c/d", section), 0);
-    std::size_t const room = section.GetMaxNumInfoItemsInSection() + 1;
     std::string body;
-    for (std::size_t i = 0; i <= room; ++i) {
+    for (std::size_t i = 0; i < 64; ++i) {
         body += (i ? "," : "") +
                 ("{\"path\": \"a/b/c/d/n" + std::to_string(i) + "\", \"type\": \"Bool\"}");
     }
     EXPECT_EQ(ReadDescription(Settings(body), deep),
-              (Problems{{"/settings/" + std::to_string(room) + "/path",
-                         "no info number is left in section a/b/c/d"}}));
+              (Problems{{"/settings/63/path", "no info number is left in section a/b/c/d"}}));
     EXPECT_TRUE(deep.Empty());
     body = body.substr(0, body.rfind(",{"));
     ASSERT_EQ(ReadDescription(Settings(body), deep), Problems());
-    EXPECT_EQ(InfoAt(deep, "a/b/c/d/n" + std::to_string(room - 1))->GetId(),
-              static_cast<unsigned int>(section.GetInfoItemSectionId().CreateInfoItemId(room - 1)));
+    EXPECT_EQ(InfoAt(deep, "a/b/c/d/n62")->GetId(), 0xC000003Eu);
+    EXPECT_EQ(ReadDescription(Settings(R"({"path": "a/b/c/d/more", "type": "Bool"})"), deep),
+              (Problems{{"/settings/0/path", "no info number is left in section a/b/c/d"}}));
+}
+
+TEST(FilesDescription, TheLastInfoNumberOfEveryDepthIsOneBelowTheSection) {
+    // With the last number taken, the next setting goes to the lowest free
+    // number rather than to the all-ones number that is the section itself.
+    struct Row {
+        char const* section;
+        unsigned int last;
+        unsigned int next;
+    };
+    Row const rows[] = {{"a", 0x00FFFFFE, 0x00000001},
+                        {"a/b", 0x4003FFFE, 0x40000001},
+                        {"a/b/c", 0x80000FFE, 0x80000001},
+                        {"a/b/c/d", 0xC000003E, 0xC0000001}};
+    for (Row const& row : rows) {
+        SCOPED_TRACE(row.section);
+        InfoItemDirectory directory;
+        SectionId section;
+        ASSERT_EQ(directory.AddSection(row.section, section), 0);
+        for (unsigned int id : {row.last, row.next - 1}) {
+            ASSERT_EQ(directory.AddInfo(new InfoHolder(
+                          new BoolInfo(id, "at" + std::to_string(id & 0xFFFFFF), Permission_t()))),
+                      0);
+        }
+        std::string const path = std::string(row.section) + "/new";
+        ASSERT_EQ(ReadDescription(Settings("{\"path\": \"" + path + "\", \"type\": \"Bool\"}"),
+                                  directory),
+                  Problems());
+        EXPECT_EQ(InfoAt(directory, path)->GetId(), row.next);
+    }
 }
 
 TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {

@@ -697,9 +697,12 @@ TEST(FilesValues, AllOrNothingLeavesTheDirectoryAsItWasAndPassingAppliesOneChang
     }
 }
 
-// Drops every setting when told of the first change and enters back only
-// the section and setting of that change, so the next Item has no setting.
+// Drops every setting when told of the first change and, if told to, enters
+// back the section and setting of that change, so the next Item has no setting.
 class ForgettingDevice : public Device {
+public:
+    explicit ForgettingDevice(bool reenter) : reenter_(reenter) {}
+
 protected:
     void ItemChanged_(ItemHolderPtr const& oldItem,
                       boost::intrusive_ptr<InfoItemHolder const> const& holder) override {
@@ -712,25 +715,34 @@ protected:
         auto const item = holder->GetItemHolder();
         SectionId const section = FindSection(InfoItemSectionId(info->GetInfo()->GetId()));
         Clear();
-        EXPECT_EQ(AddSection(section), 0);
-        EXPECT_EQ(AddInfo(info), 0);
-        EXPECT_EQ(SetItem(item), 0);
+        if (reenter_) {
+            EXPECT_EQ(AddSection(section), 0);
+            EXPECT_EQ(AddInfo(info), 0);
+            EXPECT_EQ(SetItem(item), 0);
+        }
     }
 
 private:
+    bool const reenter_;
     bool forgot_ = false;
 };
 
 TEST(FilesValues, AChangeSetTheDirectoryRefusesIsReportedWithItsCode) {
-    ForgettingDevice device;
-    ValuesReport const report = ReadValues(
-        R"({"Audio/Input/Gain": 7, "Device/Name": "cam-2", "Device/Choice": 1})", device);
-    EXPECT_EQ(
-        report.problems,
-        (Problems{{"/Device~1Choice",
-                   "the directory refused the value with code -25; 1 of 3 values were applied"}}));
-    EXPECT_EQ(report.applied, 1u);
-    EXPECT_EQ(device.Value("Device/Name"), "\"cam-2\"");
+    // What the directory applied counts, whether or not it is still there.
+    for (bool const reenter : {true, false}) {
+        SCOPED_TRACE(reenter ? "the applied setting is entered back" : "every setting is gone");
+        ForgettingDevice device(reenter);
+        ValuesReport const report = ReadValues(
+            R"({"Audio/Input/Gain": 7, "Device/Name": "cam-2", "Device/Choice": 1})", device);
+        EXPECT_EQ(report.problems,
+                  (Problems{{"/Device~1Choice",
+                             "the directory refused the value with code -25; 1 of 3 values "
+                             "were applied"}}));
+        EXPECT_EQ(report.applied, 1u);
+        // The notification of the applied value comes first; entering it back adds its own.
+        ASSERT_EQ(device.log.size(), reenter ? 3u : 1u);
+        EXPECT_NE(device.log[0].find(" now=cam-2 info=Name"), std::string::npos) << device.log[0];
+    }
 }
 
 TEST(FilesValues, HostileFilesAreRefusedWholeWithOneProblem) {

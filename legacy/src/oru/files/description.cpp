@@ -980,20 +980,22 @@ public:
     }
 
     // The next free info number of section: past the highest in use, or the
-    // lowest hole once the field is full.
+    // lowest hole once the field is full. The all-ones number of the field is
+    // the section's own id, so the last info number is one below it at every
+    // depth (the section map's own allocation hands it out; this file does not).
     bool NextId(SectionId const& section, std::string const& pointer, Reader& reader,
                 unsigned int& out) {
         InfoItemSectionId const sectionId = section.GetInfoItemSectionId();
         std::set<unsigned int> const& used = UsedNumbers(sectionId);
-        std::size_t const max = sectionId.MaxNumInfoItemsInSection();
+        std::size_t const last = InfoFieldMask(sectionId.Depth()) - 1u;
         std::size_t number = used.empty() ? 0 : static_cast<std::size_t>(*used.rbegin()) + 1;
-        if (number > max) {
+        if (number > last) {
             number = 0;
             while (used.count(static_cast<unsigned int>(number))) {
                 ++number;
             }
         }
-        if (number > max) {
+        if (number > last) {
             reader.Add(pointer,
                        "no info number is left in section " + Shown(section.GetSectionName()));
             return false;
@@ -1006,6 +1008,11 @@ public:
     // earlier in this file.
     bool Claim(unsigned int id, std::string const& path, std::string const& pointer,
                Reader& reader) {
+        // The directory takes a section id as a setting's id; a file never may.
+        if (!InfoItemSectionId(id).IsValidInfoItemId()) {
+            reader.Add(pointer, "id " + Hex(id) + " is no info id");
+            return false;
+        }
         if (directory_.FindInfo(id)) {
             reader.Add(pointer, "id " + Hex(id) + " is taken by " + Shown(PathOf(id)));
             return false;

@@ -217,20 +217,21 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
     if (items.empty() || (Apply::AllOrNothing == mode && !report.problems.empty())) {
         return report;
     }
-    int const code = directory.UpdateFromDelta(delta, false, true);
-    if (code == 0) {
-        report.applied = items.size();
-        return report;
-    }
-    // The directory stops at its first failure, in id order; what went before stays.
+    // The item step of UpdateFromDelta, one SetItem at a time in id order, so
+    // that what the directory applied is counted as it happens: an observer
+    // may remove settings in ItemChanged_, applied ones included.
+    int code = 0;
     unsigned int refused = 0;
     for (auto const& entry : items) {
-        if (directory.FindItem(entry.first) == entry.second) {
-            ++report.applied;
-        } else {
+        code = directory.SetItem(entry.second);
+        if (code != 0) {
             refused = entry.first;
             break;
         }
+        ++report.applied;
+    }
+    if (code == 0) {
+        return report;
     }
     std::string pointer;
     for (auto const& origin : origins) {
