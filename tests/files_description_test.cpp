@@ -370,6 +370,62 @@ TEST(FilesDescription, IdsAreTakenFromTheSectionOrCheckedAgainstIt) {
     EXPECT_EQ(WriteDescription(directory), before);
 }
 
+TEST(FilesDescription, IdsAreWrittenInHexAndReadInHexOrAsNumbers) {
+    InfoItemDirectory written;
+    ASSERT_EQ(ReadDescription(Settings(R"({"path": "Audio/Input/Gain", "type": "Bool"},
+            {"path": "Audio/Stream", "type": "Composite",
+             "children": [{"type": "Bool", "id": 10}]})"),
+                              written),
+              Problems());
+    std::string const text = WriteDescription(written);
+    EXPECT_NE(text.find(R"("id": "0x40000000")"), std::string::npos) << text;
+    EXPECT_NE(text.find(R"("id": "0x00000000")"), std::string::npos) << text;
+    EXPECT_NE(text.find(R"("id": "0x0000000A")"), std::string::npos) << text;
+    EXPECT_EQ(text.find(R"("id": 1)"), std::string::npos) << text;
+
+    struct Row {
+        std::string id;
+        unsigned int read;  // 0: refused with problem
+        std::string problem;
+    };
+    std::string const wrong = "expected an id (a number or a string such as \"0x40000001\"), not ";
+    Row const rows[] = {
+        {R"("0x40000007")", 0x40000007, ""},
+        {R"("0X4000000a")", 0x4000000A, ""},
+        {"1073741831", 0x40000007, ""},
+        {R"("0x400000071")", 0, wrong + "\"0x400000071\""},
+        {R"("0x")", 0, wrong + "\"0x\""},
+        {R"("1073741831")", 0, wrong + "\"1073741831\""},
+        {R"("0x4000000g")", 0, wrong + "\"0x4000000g\""},
+        {R"(" 0x40000007")", 0, wrong + "\" 0x40000007\""},
+        {"true", 0, wrong + "a boolean"},
+        {"-1", 0, "-1 does not fit an id (0 to 4294967295)"},
+    };
+    for (Row const& row : rows) {
+        SCOPED_TRACE(row.id);
+        InfoItemDirectory directory;
+        SectionId section;
+        ASSERT_EQ(directory.AddSection("Audio/Input", section), 0);
+        Problems const problems = ReadDescription(
+            Settings(R"({"path": "Audio/Input/Gain", "type": "Bool", "id": )" + row.id +
+                     R"(}, {"path": "Audio/Mix", "type": "Collection",
+                        "children": [{"type": "Bool", "id": )" +
+                     row.id + "}]}"),
+            directory);
+        if (row.read == 0) {
+            EXPECT_EQ(problems, (Problems{{"/settings/0/id", row.problem},
+                                          {"/settings/1/children/0/id", row.problem}}));
+            continue;
+        }
+        ASSERT_EQ(problems, Problems());
+        EXPECT_EQ(InfoAt(directory, "Audio/Input/Gain")->GetId(), row.read);
+        auto const mix =
+            boost::static_pointer_cast<CollectionInfo const>(InfoAt(directory, "Audio/Mix"));
+        ASSERT_EQ(mix->GetSize(), 1u);
+        EXPECT_EQ(mix->GetInfo(0)->GetId(), row.read);
+    }
+}
+
 TEST(FilesDescription, NumbersRunOut) {
     // 63 top-level sections use every number; a 64th has none.
     InfoItemDirectory directory;

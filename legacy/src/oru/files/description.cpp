@@ -29,6 +29,16 @@ using ValueForm::Kind;
 // A setting's path is at most this long.
 constexpr std::size_t k_maxPathLength = 1024;
 
+// An id as every output prints it: "0x" and eight upper-case hex digits.
+std::string HexId(unsigned int id) {
+    static char const digits[] = "0123456789ABCDEF";
+    std::string text = "0x";
+    for (int shift = 28; shift >= 0; shift -= 4) {
+        text += digits[(id >> shift) & 15u];
+    }
+    return text;
+}
+
 // ---- Values of members ----
 
 class Reader {
@@ -69,6 +79,44 @@ public:
             return false;
         }
         return true;
+    }
+
+    // An id as written out, a hex string such as "0x40000001", or as a number.
+    bool Id(JsonValue const& value, std::string const& pointer, unsigned int& out) {
+        static char const* const k_expected = "an id (a number or a string such as \"0x40000001\")";
+        switch (value.kind) {
+            case Kind::Unsigned:
+            case Kind::Integer:
+            case Kind::Float:
+                return Number(value, pointer, out, "an id");
+            case Kind::String:
+                break;
+            default:
+                Add(pointer, ValueForm::Expected(k_expected, value));
+                return false;
+        }
+        std::string const& text = value.text;
+        bool const prefixed = text.size() > 2 && text.size() <= 10 && text[0] == '0' &&
+                              (text[1] == 'x' || text[1] == 'X');
+        unsigned int id = 0;
+        for (std::size_t i = 2; prefixed && i < text.size(); ++i) {
+            char const c = text[i];
+            unsigned int const digit =
+                c >= '0' && c <= '9'   ? static_cast<unsigned int>(c - '0')
+                : c >= 'a' && c <= 'f' ? static_cast<unsigned int>(c - 'a' + 10)
+                : c >= 'A' && c <= 'F' ? static_cast<unsigned int>(c - 'A' + 10)
+                                       : 16u;
+            if (digit > 15u) {
+                break;
+            }
+            id = id << 4 | digit;
+            if (i + 1 == text.size()) {
+                out = id;
+                return true;
+            }
+        }
+        Add(pointer, std::string("expected ") + k_expected + ", not \"" + Shown(text, 32) + "\"");
+        return false;
     }
 
     bool Size(JsonValue const& value, std::string const& pointer, unsigned long long& out) {
@@ -801,7 +849,7 @@ void Describe(InfoBase const& info, Json& out) {
         out["name"] = info.GetName();
     }
     if (info.GetId() != 0) {
-        out["id"] = info.GetId();
+        out["id"] = HexId(info.GetId());
     }
     out["permission"] = info.GetPermission().Value();
     VisitInfo(info, Writer{out});
@@ -826,7 +874,7 @@ boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string con
             reader.String(*nameJson, members.PointerOf("name"), name);
         }
         if (idJson) {
-            reader.Number(*idJson, members.PointerOf("id"), id, "an id");
+            reader.Id(*idJson, members.PointerOf("id"), id);
         }
     }
     if (JsonValue const* const permissionJson = members.Get("permission")) {
@@ -1031,14 +1079,7 @@ public:
 
     std::vector<SectionId> const& PlannedSections() const { return planned_; }
 
-    static std::string Hex(unsigned int id) {
-        static char const digits[] = "0123456789ABCDEF";
-        std::string text = "0x";
-        for (int shift = 28; shift >= 0; shift -= 4) {
-            text += digits[(id >> shift) & 15u];
-        }
-        return text;
-    }
+    static std::string Hex(unsigned int id) { return HexId(id); }
 
 private:
     SectionId Find(std::string const& name) const {
@@ -1196,7 +1237,7 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
         JsonValue const* const idJson = Member(object, "id");
         SectionId section;
         if (idJson) {
-            if (!reader.Number(*idJson, pointer + "/id", id, "an id") ||
+            if (!reader.Id(*idJson, pointer + "/id", id) ||
                 !plan.SectionOf(id, sectionPath, pointer + "/id", reader, section)) {
                 continue;
             }
@@ -1247,7 +1288,7 @@ std::string WriteDescription(InfoItemDirectory const& directory) {
         SectionId const section = directory.FindSection(InfoItemSectionId(info.GetId()));
         Json setting = Json::object();
         setting["path"] = section.GetSectionName() + "/" + info.GetName();
-        setting["id"] = info.GetId();
+        setting["id"] = HexId(info.GetId());
         Json described = Json::object();
         Describe(info, described);
         // The top level names by path and always gives the id.
