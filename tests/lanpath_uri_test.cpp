@@ -98,21 +98,25 @@ TEST(LanpathUriTest, AppEndpointTakesHostAndPortFromTheUri) {
     struct Row {
         std::string uri;
         std::string endpoint;  // Endpoint<AddrStr>::ToString
+        std::string text;      // ToString: the URI, an RTSP scheme in lower case
     };
     std::vector<Row> const rows = {
-        {"rtsp://cam:554/live?ch=1", "cam:554"},
-        {"http://[::1]:8080/x", "[::1]:8080"},
-        {"http://u@host/", "host:0"},  // no port assumed for a scheme
-        {"x-zyl-modbus://10.0.0.9:502", "10.0.0.9:502"},
-        {"http://host:65536/", "host:0"},
-        {"not a uri", ":0"},
-        {"", ":0"},
+        {"rtsp://cam:554/live?ch=1", "cam:554", "rtsp://cam:554/live?ch=1"},
+        {"RTSP://cam.example/live", "cam.example:0", "rtsp://cam.example/live"},
+        {"RtSp://Cam/Live", "Cam:0", "rtsp://Cam/Live"},
+        {"HTTP://[::1]:8080/x", "[::1]:8080", "HTTP://[::1]:8080/x"},
+        {"http://u@host/", "host:0", "http://u@host/"},  // no port assumed for a scheme
+        {"x-zyl-modbus://10.0.0.9:502", "10.0.0.9:502", "x-zyl-modbus://10.0.0.9:502"},
+        {"http://host:65536/", "host:0", "http://host:65536/"},
+        {"rtspx://cam/", "cam:0", "rtspx://cam/"},
+        {"not a uri", ":0", "not a uri"},
+        {"", ":0", ""},
     };
     for (Row const& row : rows) {
         SCOPED_TRACE(row.uri);
         AppEndpoint const app(row.uri);
         EXPECT_EQ(row.endpoint, app.GetEndpoint().ToString());
-        EXPECT_EQ(row.uri, app.ToString());
+        EXPECT_EQ(row.text, app.ToString());
         EXPECT_EQ(row.uri, app.GetUri().ToString());
     }
     AppEndpoint const rtsp("rtsp://cam/live");

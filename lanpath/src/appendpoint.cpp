@@ -16,7 +16,13 @@ Endpoint<AddrStr> const& AppEndpoint::GetEndpoint() const {
 }
 
 std::string AppEndpoint::ToString() const {
-    return uri_.ToString();
+    std::string text = uri_.ToString();
+    // Legacy endpoints know an RTSP address by its "rtsp://" prefix, case and all.
+    UriScheme const& scheme = uri_.GetScheme();
+    if (scheme == UriScheme("rtsp")) {
+        text.replace(0, scheme.GetString().size(), "rtsp");
+    }
+    return text;
 }
 
 bool AppEndpoint::operator==(AppEndpoint const& other) const {

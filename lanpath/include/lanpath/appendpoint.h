@@ -24,7 +24,8 @@ public:
     Uri const& GetUri() const;
     // The host and port of the URI.
     Endpoint<AddrStr> const& GetEndpoint() const;
-    // The URI text as given.
+    // The URI text as given, but for an RTSP endpoint, whose scheme is
+    // written "rtsp" whatever its case in the text.
     std::string ToString() const;
 
     // Equal when the URI texts are equal.

@@ -171,12 +171,9 @@ AppEndpoint<Net::Endpoint<Net::AddrStr>> ToLegacyAppEndpointStr(Net::AppEndpoint
         return AppEndpointStr(info, src.GetEndpoint(), 0);
     }
     // An rtsp URI keeps its path, which no host and port pair can carry: the
-    // whole URI becomes the address, and ToUri gives it back. Schemes compare
-    // without regard to case, but ToUri knows the address by its lower-case
-    // scheme, so that is how the address begins.
-    std::string uri = src.ToString();
-    uri.replace(0, src.GetUri().GetScheme().GetString().size(), AppProtocolScheme(info.type));
-    EndpointStr endpoint{Net::AddrStr(uri)};
+    // whole URI becomes the address, and ToUri gives it back (the net text
+    // of an RTSP endpoint begins with "rtsp://", which ToUri looks for).
+    EndpointStr endpoint{Net::AddrStr(src.ToString())};
     endpoint.SetPort(0);
     return AppEndpointStr(info, endpoint, 0);
 }
