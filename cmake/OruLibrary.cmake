@@ -16,6 +16,11 @@ function(oru_library target)
     target_link_options(${target} PRIVATE "LINKER:--version-script=${ORU_EXPORTS_MAP}")
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${ORU_EXPORTS_MAP})
   endif()
+  if(ORU_INSTALL_RPATH)
+    # The libraries lie in one folder: each finds the others beside itself,
+    # so a program that links only liboru (--as-needed) still starts.
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
   if(ORU_INSTALL)
     install(TARGETS ${target} EXPORT OruTargets
       LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}

@@ -1,6 +1,8 @@
 #include <legacy/oru/infoitemdirectory.h>
 
+#include <legacy/oru/holdercontainers.h>
 #include <legacy/oru/infoitemdirectorydelta.h>
+#include <legacy/oru/sectionmap.h>
 
 #include <cstring>
 #include <typeinfo>

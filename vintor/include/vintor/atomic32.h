@@ -7,6 +7,8 @@
 #include <atomic>
 #include <cstdint>
 
+#include <vintor/export.h>  // for its C++17 check
+
 namespace Vintor {
 
 class Atomic32 {

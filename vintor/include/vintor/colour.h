@@ -3,6 +3,8 @@
 #ifndef VINTOR_COLOUR_H
 #define VINTOR_COLOUR_H
 
+#include <vintor/export.h>  // for its C++17 check
+
 namespace Vintor {
 
 struct Colour_t {

@@ -4,6 +4,8 @@
 #ifndef VINTOR_NONCOPYABLE_H
 #define VINTOR_NONCOPYABLE_H
 
+#include <vintor/export.h>  // for its C++17 check
+
 namespace Vintor {
 namespace NonCopyable__ {
 

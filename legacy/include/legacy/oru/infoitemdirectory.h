@@ -24,15 +24,17 @@
 #include <boost/intrusive_ptr.hpp>
 
 #include <legacy/oru/export.h>
-#include <legacy/oru/holdercontainers.h>
 #include <legacy/oru/infoitemholderdefs.h>
 #include <legacy/oru/sectionid.h>
-#include <legacy/oru/sectionmap.h>
 
 namespace Legacy {
 namespace Oru {
 
 class InfoItemDirectoryDelta;
+// Held by pointer only, so that users of the directory do not compile the
+// containers' headers.
+class InfoItemHolderMap;
+class SectionMap;
 
 class ORU_API InfoItemDirectory {
 public:
