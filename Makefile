@@ -31,7 +31,8 @@ test: deps
 	$(MAKE) build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
-# The installed package and its consumers (CMake, C++11, pkg-config, subproject).
+# The installed package, moved, and its consumers (CMake, C++11, pkg-config,
+# subproject) run without LD_LIBRARY_PATH; the public headers' C++14 stop and costs.
 test-package: deps
 	./tests/package/check
 
