@@ -513,16 +513,22 @@ TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
         return Unpathed(ReadDescription(text, directory));
     };
 
-    EXPECT_EQ(read("{\"settings\": [tru]}"),
+    EXPECT_EQ(
+        read("{\"settings\": [tru]}"),
+        (Problems{
+            {"",
+             "malformed JSON at line 1, column 18 (byte 18): syntax error while parsing value - "
+             "invalid literal; last read: '\"settings\": [tru]'"}}));
+    EXPECT_EQ(read(""),
               (Problems{{"",
-                         "malformed JSON at byte 18: syntax error while parsing value - "
-                         "invalid literal; last read: '\"settings\": [tru]'"}}));
-    EXPECT_EQ(read(""), (Problems{{"",
-                                   "malformed JSON at byte 1: syntax error while parsing "
-                                   "value - unexpected end of input; expected '[', '{', or "
-                                   "a literal"}}));
-    EXPECT_EQ(read("{\"settings\": [1e999]}"),
-              (Problems{{"", "malformed JSON at byte 19: number overflow parsing '1e999'"}}));
+                         "malformed JSON at line 1, column 1 (byte 1): syntax error while parsing "
+                         "value - unexpected end of input; expected '[', '{', or "
+                         "a literal"}}));
+    EXPECT_EQ(
+        read("{\"settings\": [1e999]}"),
+        (Problems{
+            {"",
+             "malformed JSON at line 1, column 19 (byte 19): number overflow parsing '1e999'"}}));
     EXPECT_EQ(read("[]"), (Problems{{"", "expected an object, not an array"}}));
     EXPECT_EQ(read("{}"), (Problems{{"", "settings is missing"}}));
     EXPECT_EQ(read("{\"settings\": {}, \"more\": 1}"),
