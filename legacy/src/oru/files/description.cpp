@@ -815,6 +815,22 @@ void Describe(InfoBase const& info, Json& out) {
     VisitInfo(info, Writer{out});
 }
 
+// A copy of info under another identity. An endpoint array's copy leaves
+// its sizes behind, so they are set again.
+boost::intrusive_ptr<InfoBase> Renamed(InfoBase const& info, unsigned int id,
+                                       std::string const& name, Permission_t const& permission) {
+    boost::intrusive_ptr<InfoBase> copy(info.DeepCopy(id, name, permission));
+    Catalogue::VisitInfo(info, [&copy](auto const& original) {
+        using InfoT = std::decay_t<decltype(original)>;
+        if constexpr (std::is_same<InfoT, AppEndpointArrayInfo>::value) {
+            auto& sized = static_cast<AppEndpointArrayInfo&>(*copy);
+            sized.SetMaxSize(original.GetMaxSize());
+            sized.SetMinSize(original.GetMinSize());
+        }
+    });
+    return copy;
+}
+
 // One Info from its object: the top-level settings carry "path" and "id"
 // (read by the caller), children "name" and "id". Null when it cannot be made.
 boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string const& pointer,
@@ -885,7 +901,7 @@ boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string con
             reader.Add(problem.pointer, problem.message);
         }
     }
-    return boost::intrusive_ptr<InfoBase>(info->DeepCopy(id, name, Permission_t(permission)));
+    return Renamed(*info, id, name, Permission_t(permission));
 }
 
 // ---- Sections and ids ----
@@ -1248,7 +1264,7 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
             continue;
         }
         planned.push_back(Planned{section, boost::intrusive_ptr<InfoBase>(
-                                               info->DeepCopy(id, name, info->GetPermission()))});
+                                               Renamed(*info, id, name, info->GetPermission()))});
     }
     reader.SetPath(std::string());
     if (!problems.empty()) {

@@ -35,7 +35,9 @@ struct ORU_API Problem {
 
 using Problems = std::vector<Problem>;
 
-// "/settings/3/max: max is below min", or the message alone for the whole file.
+// "/settings/3/max (Audio/Input/Gain): max is below min" where the pointer
+// does not spell the setting's path, "/Audio~1Input~1Gain: 150 is above the
+// maximum 100" where it does, or the message alone for the whole file.
 ORU_API std::string ToString(Problem const& problem);
 
 // A JSON pointer token for a member name: "~" becomes "~0" and "/" "~1", so
