@@ -315,7 +315,7 @@ std::optional<Explanation> Explain(ItemBase const& item,
         }
         Problem const& first = problems.front();
         return Explanation{LocalizedString(),
-                           ValueForm::Quoted(info->GetName()) +
+                           ValueForm::Quoted(info ? info->GetName() : std::string("Unknown")) +
                                (first.pointer.empty() ? std::string() : first.pointer + ": ") +
                                first.message};
     }
