@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/oru.h>
 
 #include "families.h"
@@ -300,8 +301,23 @@ std::string Render(std::string const& key, std::vector<std::string> const& argum
 
 std::optional<Explanation> Explain(ItemBase const& item,
                                    boost::intrusive_ptr<InfoBase const> const& info) {
-    if (!item.Validate(info)) {
-        return std::nullopt;
+    // Sparse tables and geometry: the model refuses every value of its own
+    // family, and the files rule decides instead.
+    OruType_t const type = item.GetType();
+    bool const filesDecide = info && info->GetType() == type &&
+                             info->GetNumericType() == item.GetNumericType() &&
+                             (type == OruType_t::NumericSparse || type == OruType_t::Coordinate ||
+                              type == OruType_t::Rectangle || type == OruType_t::RectArray);
+    if (filesDecide || !item.Validate(info)) {
+        Problems const problems = Check(item, info);
+        if (problems.empty()) {
+            return std::nullopt;
+        }
+        Problem const& first = problems.front();
+        return Explanation{LocalizedString(),
+                           ValueForm::Quoted(info ? info->GetName() : std::string("Unknown")) +
+                               (first.pointer.empty() ? std::string() : first.pointer + ": ") +
+                               first.message};
     }
     std::optional<Failure> failure = Derive(item, info.get());
     if (!failure) {

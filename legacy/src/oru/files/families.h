@@ -4,7 +4,6 @@
 #define LEGACY_ORU_FILES_SRC_FAMILIES_H
 
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include <boost/intrusive_ptr.hpp>
@@ -44,52 +43,12 @@ Family const* FindFamily(std::string const& name);
 // outside the table.
 Family const* FamilyOf(InfoBase const& info);
 
-namespace Detail {
-
-template <class Concrete, class Base, class F>
-bool VisitAs(Base& info, F& visit) {
-    using Target = std::conditional_t<std::is_const<Base>::value, Concrete const, Concrete>;
-    if (auto* const concrete = dynamic_cast<Target*>(&info)) {
-        visit(*concrete);
-        return true;
-    }
-    return false;
-}
-
-}  // namespace Detail
-
-// Calls visit with info as its own Info class; false for a class outside the
-// table. Base is InfoBase or InfoBase const.
+// Calls visit with info as its own Info class, chosen by its type bytes
+// through the catalogue; false for a class outside it. Base is InfoBase or
+// InfoBase const.
 template <class Base, class F>
 bool VisitInfo(Base& info, F&& visit) {
-#define ORU_FILES_VISIT_NUMERIC(T)                            \
-    if (Detail::VisitAs<NumericInfo<T>>(info, visit) ||       \
-        Detail::VisitAs<NumericArrayInfo<T>>(info, visit) ||  \
-        Detail::VisitAs<NumericSparseInfo<T>>(info, visit)) { \
-        return true;                                          \
-    }
-    LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(ORU_FILES_VISIT_NUMERIC)
-#undef ORU_FILES_VISIT_NUMERIC
-#define ORU_FILES_VISIT_GEOMETRY(T)                        \
-    if (Detail::VisitAs<CoordinateInfo<T>>(info, visit) || \
-        Detail::VisitAs<RectInfo<T>>(info, visit)) {       \
-        return true;                                       \
-    }
-    LEGACY_ORU_FOR_EACH_GEOMETRY_TRAITS(ORU_FILES_VISIT_GEOMETRY)
-#undef ORU_FILES_VISIT_GEOMETRY
-    return Detail::VisitAs<RectArrayInfo<U16Traits>>(info, visit) ||
-           Detail::VisitAs<BoolInfo>(info, visit) || Detail::VisitAs<BoolArrayInfo>(info, visit) ||
-           Detail::VisitAs<EnumInfo>(info, visit) || Detail::VisitAs<StringInfo>(info, visit) ||
-           Detail::VisitAs<StringArrayInfo>(info, visit) ||
-           Detail::VisitAs<StringSparseInfo>(info, visit) ||
-           Detail::VisitAs<ColourInfo>(info, visit) || Detail::VisitAs<AddrInfo>(info, visit) ||
-           Detail::VisitAs<EndpointInfo>(info, visit) ||
-           Detail::VisitAs<AppEndpointInfo>(info, visit) ||
-           Detail::VisitAs<AppEndpointArrayInfo>(info, visit) ||
-           Detail::VisitAs<CompositeInfo>(info, visit) ||
-           Detail::VisitAs<CollectionInfo>(info, visit) ||
-           Detail::VisitAs<ExtendedInfo>(info, visit) ||
-           Detail::VisitAs<LocalizedStringInfo>(info, visit);
+    return Catalogue::VisitInfo(info, visit);
 }
 
 }  // namespace Files

@@ -32,7 +32,10 @@ struct ORU_API Explanation {
     std::string text;
 };
 
-// Why item fails Validate(info); nothing when it passes.
+// Why item fails Check(item, info); nothing when it passes. Where the
+// model's Validate refuses, message holds its key and arguments and text its
+// catalogue text; where the files rule or the round trips refuse, message is
+// empty and text names the setting, the element and the bound.
 ORU_API std::optional<Explanation> Explain(ItemBase const& item,
                                            boost::intrusive_ptr<InfoBase const> const& info);
 
