@@ -155,6 +155,53 @@ TEST_F(OruFilesCliTest, EncodeByPathChecksTheValueAndDecodeNamesIt) {
     EXPECT_NE(odd.out.find(", not in the description)"), std::string::npos) << odd.out;
 }
 
+// describe FILE writes back what the library read: the sample's own
+// description unchanged, a short one with every key filled in.
+TEST_F(OruFilesCliTest, DescribeFileWritesWhatWasUnderstood) {
+    auto const same = RunTool("describe " + Path("device.json"));
+    EXPECT_EQ(same.status, 0) << same.err;
+    EXPECT_EQ(same.out, OruTest::ReadFile(dir_ + "/device.json"));
+
+    std::string const terse =
+        R"({"settings": [{"path": "Video/Gop", "type": "Numeric:U16", "max": 300}]})";
+    auto const filled = RunTool("describe -", terse);
+    ASSERT_EQ(filled.status, 0) << filled.err;
+    json const setting = json::parse(filled.out).at("settings").at(0);
+    EXPECT_EQ(setting.at("path"), "Video/Gop");
+    EXPECT_EQ(setting.at("type"), "Numeric:U16");
+    EXPECT_EQ(setting.at("min"), 0);
+    EXPECT_EQ(setting.at("max"), 300);
+    EXPECT_EQ(setting.at("default"), 0);
+    EXPECT_EQ(setting.at("permission"), 0);
+    EXPECT_TRUE(setting.contains("id")) << setting;
+    // Read again, the written form is a fixed point.
+    EXPECT_EQ(RunTool("describe -", filled.out).out, filled.out);
+
+    struct Bad {
+        char const* text;
+        char const* err;
+    };
+    Bad const bad[] = {
+        {R"({"settings": [{"path": "A/B", "type": "Numeric:U8", "max": 300}]})",
+         "oru describe: standard input: /settings/0/max: 300 does not fit U8 (0 to 255)\n"},
+        {"{\"settings\": [", nullptr},
+    };
+    for (Bad const& row : bad) {
+        SCOPED_TRACE(row.text);
+        auto const run = RunTool("describe -", row.text);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.out, "");
+        if (row.err) {
+            EXPECT_EQ(run.err, row.err);
+        } else {
+            EXPECT_EQ(run.err.rfind("oru describe: standard input: ", 0), 0u) << run.err;
+        }
+    }
+    auto const missing = RunTool("describe " + Path("none.json"));
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("cannot open"), std::string::npos) << missing.err;
+}
+
 TEST(OruFilesCliDemoTest, DemoSaysWhyACheckFailed) {
     auto const run = RunTool("demo");
     ASSERT_EQ(run.status, 0) << run.err;

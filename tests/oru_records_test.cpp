@@ -150,6 +150,9 @@ TEST(OruRecordsTest, EncodeNeverWritesAValueOtherThanTheOneTyped) {
         {"Numeric:U8 1 300", "300 does not fit Numeric:U8 (0 to 255)"},
         {"Numeric:S8 1 -129", "-129 does not fit Numeric:S8 (-128 to 127)"},
         {"Numeric:U32 1 -1", "-1 does not fit Numeric:U32 (0 to 4294967295)"},
+        {"Numeric:U64 1 -1", "-1 does not fit Numeric:U64 (0 to 18446744073709551615)"},
+        {"NumericArray:U64 1 2 0 -1",
+         "-1 does not fit NumericArray:U64 (0 to 18446744073709551615)"},
         {"Numeric:U64 1 18446744073709551616",
          "18446744073709551616 does not fit Numeric:U64 (0 to 18446744073709551615)"},
         {"Numeric:S16 1 1.5", "1.5 does not fit Numeric:S16 (-32768 to 32767)"},
@@ -221,6 +224,25 @@ TEST(OruRecordsTest, EncodeTakesOptionsAnywhereAndNegativeNumbersAsValues) {
     EXPECT_EQ(RunTool("decode --hex", RunTool("encode String 1 -- -x").out).out,
               "@0 0x00000001 (section 0, info 1) String size 3: -x\n");
     EXPECT_EQ(RunTool("encode String 1 --frob").status, 2);
+    // '--' may follow words of the value as well.
+    auto const after = RunTool("encode StringArray 1 2 a -- -b");
+    EXPECT_EQ(after.status, 0) << after.err;
+    EXPECT_EQ(RunTool("decode --hex", after.out).out,
+              "@0 0x00000001 (section 0, info 1) StringArray size 5: (a, -b)\n");
+    EXPECT_EQ(RunTool("encode --binary StringArray 1 2 a -- -b").out,
+              RunTool("encode StringArray --binary 1 2 -- a -b").out);
+}
+
+// Hex text that ends in half a byte is refused whole: no digit is dropped.
+TEST(OruRecordsTest, DecodeRefusesAnOddNumberOfHexDigits) {
+    for (char const* input :
+         {"00000001 00000001 02 01 07 0", "0x00 0x00 0x00 0x01 0x0", "000000010000000102010"}) {
+        SCOPED_TRACE(input);
+        auto const run = RunTool("decode --hex", input);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "oru decode: bad hex input: an odd number of hex digits\n");
+    }
 }
 
 // A composite's record counts its children in 16 bits: the 65536th child

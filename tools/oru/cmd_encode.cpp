@@ -35,6 +35,7 @@ struct Options {
     std::string type;
     std::string id;
     Args values;
+    std::string neverFilled;
 };
 
 std::string Footer() {
@@ -82,6 +83,21 @@ std::string Footer() {
            "  $ oru encode --names device.json Audio/Input/Gain 72\n";
     return out.str();
 }
+
+// The shared layout, with the usage line showing where '--' may stand in
+// place of the hidden positional that lets it.
+class UsageFormatter : public CLI::Formatter {
+public:
+    explicit UsageFormatter(CLI::FormatterBase const& shared) : CLI::Formatter() {
+        for (char const* label : {"Usage", "SUBCOMMAND", "SUBCOMMANDS", "Subcommands"}) {
+            this->label(label, shared.get_label(label));
+        }
+    }
+    std::string make_option_usage(CLI::Option const* option) const override {
+        return option->get_group().empty() ? "[-- VALUE...]"
+                                           : CLI::Formatter::make_option_usage(option);
+    }
+};
 
 // The record of item on standard output, as hex text or raw bytes.
 int Write(Options const& options, ItemBase const& item) {
@@ -200,6 +216,11 @@ void AddEncode(CLI::App& program, int& status) {
     command->add_option("TYPE", options->type, "The family, e.g. Numeric:U32 (case ignored)");
     command->add_option("ID", options->id, "The setting's id, decimal or 0x-hex");
     command->add_option("VALUE", options->values, "The value's words, as the family reads them");
+    // CLI11 hands a '--' back to the program once VALUE holds a word, and the
+    // words after it are then refused; a positional that is never filled keeps
+    // '--' here, so that what follows it goes on into VALUE.
+    command->add_option("AFTER", options->neverFilled)->group("");
+    command->formatter(std::make_shared<UsageFormatter>(*program.get_formatter()));
     command->add_flag("--binary", options->binary, "Write raw bytes instead of hexadecimal text");
     command->add_flag("--families", options->families, "List the family names and exit");
     command

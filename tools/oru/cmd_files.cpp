@@ -1,6 +1,7 @@
-// oru describe and oru check: settings files. describe writes the
-// description of the sample device; check reads a description and a values
-// file and says which values their settings refuse, and why.
+// oru describe and oru check: settings files. describe writes a description
+// back as the library read it (or the sample device's); check reads a
+// description and a values file and says which values their settings refuse,
+// and why.
 #include <iostream>
 #include <memory>
 #include <string>
@@ -91,27 +92,43 @@ char const* const k_checkFooter =
     "  Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n";
 
 char const* const k_describeFooter =
-    "Writes the description of the sample device of 'oru demo' as JSON: each\n"
-    "setting's path, family, permission, bounds and default. 'oru demo --values'\n"
-    "writes its values; 'oru check' reads both. docs/description-files.md and\n"
-    "docs/settings-files.md give the form of every family.\n"
+    "Without FILE, writes the description of the sample device of 'oru demo' as\n"
+    "JSON: each setting's path, family, permission, bounds and default. 'oru demo\n"
+    "--values' writes its values; 'oru check' reads both.\n"
     "\n"
-    "example:\n"
-    "  $ oru describe > device.json\n";
+    "With FILE ('-': standard input), reads that description and writes it back\n"
+    "as Oru understood it: every key filled in, defaults included, ids in hex as\n"
+    "the other commands print them, settings in the order of their ids. A\n"
+    "description with problems is not written: each problem is printed, and the\n"
+    "exit status is 1. docs/description-files.md and docs/settings-files.md give\n"
+    "the form of every family.\n"
+    "\n"
+    "examples:\n"
+    "  $ oru describe > device.json\n"
+    "  $ oru describe my-camera.json\n";
+
+// The description in file as the library reads it, or the sample device's.
+int Describe(std::string const& file) {
+    InfoItemDirectory directory;
+    if (file.empty()) {
+        SampleDirectory(directory);
+    } else if (!LoadDescription("describe", file, directory, std::cerr)) {
+        return 1;
+    }
+    std::cout << WithNewline(Files::WriteDescription(directory));
+    std::cout.flush();
+    return std::cout ? 0 : 1;
+}
 
 }  // namespace
 
 void AddDescribe(CLI::App& program, int& status) {
-    CLI::App* const command =
-        program.add_subcommand("describe", "Write the description of the sample device");
+    auto const file = std::make_shared<std::string>();
+    CLI::App* const command = program.add_subcommand(
+        "describe", "Write a description as Oru reads it (the sample device's without FILE)");
+    command->add_option("FILE", *file, "A description to read; '-': standard input");
     command->footer(k_describeFooter);
-    command->callback([&status] {
-        InfoItemDirectory directory;
-        SampleDirectory(directory);
-        std::cout << WithNewline(Files::WriteDescription(directory));
-        std::cout.flush();
-        status = std::cout ? 0 : 1;
-    });
+    command->callback([file, &status] { status = Describe(*file); });
 }
 
 void AddCheck(CLI::App& program, int& status) {
