@@ -160,6 +160,18 @@ TEST(OruRecordsTest, EncodeNeverWritesAValueOtherThanTheOneTyped) {
         {"NumericArray:U8 1 3 1 2 256", "256 does not fit NumericArray:U8 (0 to 255)"},
         {"Coordinate:U16 1 5 70000", "70000 does not fit Coordinate:U16 (0 to 65535)"},
         {"Numeric:U8 1 5 6", "'6' is left over after the Numeric:U8 value '5'"},
+        // Values, not printed digits: each of these rounds to its neighbour.
+        {"Numeric:Float 1 16777217",
+         "16777217 is no Numeric:Float value: the nearest one is 16777216"},
+        {"Numeric:Double 1 9007199254740993",
+         "9007199254740993 is no Numeric:Double value: the nearest one is 9007199254740992"},
+        {"NumericArray:Float 1 2 1 16777217",
+         "16777217 is no NumericArray:Float value: the nearest one is 16777216"},
+        {"Rectangle:Float 1 0 0 16777217 1",
+         "16777217 is no Rectangle:Float value: the nearest one is 16777216"},
+        {"Numeric:Float 1 0.1", "0.1 is no Numeric:Float value: the nearest one is 0.100000001"},
+        {"Enum 1 4294967295", "4294967295 does not fit Enum (-2147483648 to 2147483647)"},
+        {"Enum 1 -2147483649", "-2147483649 does not fit Enum (-2147483648 to 2147483647)"},
         {"Numeric:Float 1 30.5",
          "'30.5' cannot be written exactly as Numeric:Float: its record reads back as '30'"},
         {"NumericArray:Double 1 2 -1.5 8",
@@ -182,6 +194,14 @@ TEST(OruRecordsTest, EncodeNeverWritesAValueOtherThanTheOneTyped) {
     }
     // The edges of a range are values like any other.
     EXPECT_EQ(RunTool("encode Numeric:S8 1 -128").out, "00 00 00 01 00 00 00 01 02 02 80\n");
+    EXPECT_EQ(RunTool("encode Enum 1 -2147483648").out,
+              "00 00 00 01 00 00 00 04 05 00 80 00 00 00\n");
+    // Exactly held, in any spelling.
+    for (char const* same : {"16777216", "1.6777216e7", "16777216.000"}) {
+        SCOPED_TRACE(same);
+        EXPECT_EQ(RunTool(std::string("encode Numeric:Float 1 ") + same).out,
+                  "00 00 00 01 00 00 00 04 02 09 00 00 80 3F\n");
+    }
     EXPECT_EQ(RunTool("encode Numeric:U8 1 255").out, "00 00 00 01 00 00 00 01 02 01 FF\n");
 }
 

@@ -62,7 +62,7 @@ std::string Footer() {
     std::string shown;
     for (Family const& family : Families()) {
         std::string const prefix = family.name.substr(0, family.name.find(':'));
-        std::string const range = RangeText(family.numericTypeByte);
+        std::string const range = RangeText(family);
         if (prefix == shown && range.empty()) {
             continue;
         }

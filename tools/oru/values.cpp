@@ -4,6 +4,7 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <sstream>
@@ -120,60 +121,156 @@ std::string Limits() {
     return text.str();
 }
 
+// A number's exact value: digits without leading or trailing zeros, times ten
+// to the exponent. Zero has no digits.
+struct Decimal {
+    bool negative = false;
+    std::string digits;
+    long exponent = 0;
+
+    bool operator==(Decimal const& other) const {
+        return negative == other.negative && digits == other.digits && exponent == other.exponent;
+    }
+};
+
+// The exact value of plain decimal text ("-1.50e3"); false for anything else
+// (inf, nan, hex) or an exponent no element type reaches.
+bool ParseDecimal(std::string const& text, Decimal& value) {
+    std::size_t i = 0;
+    value = Decimal();
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        value.negative = text[i++] == '-';
+    }
+    bool point = false;
+    bool anyDigit = false;
+    for (; i < text.size(); ++i) {
+        char const c = text[i];
+        if (c == '.' && !point) {
+            point = true;
+        } else if (c >= '0' && c <= '9') {
+            anyDigit = true;
+            value.digits += c;
+            value.exponent -= point ? 1 : 0;
+        } else {
+            break;
+        }
+    }
+    if (!anyDigit) {
+        return false;
+    }
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+        char* end = nullptr;
+        long const exponent = std::strtol(text.c_str() + i + 1, &end, 10);
+        if (end == text.c_str() + i + 1 || exponent > 100000 || exponent < -100000) {
+            return false;
+        }
+        value.exponent += exponent;
+        i = static_cast<std::size_t>(end - text.c_str());
+    }
+    if (i != text.size()) {
+        return false;
+    }
+    std::size_t const first = value.digits.find_first_not_of('0');
+    if (first == std::string::npos) {
+        value = Decimal();  // zero, "-0" too
+        return true;
+    }
+    value.digits.erase(0, first);
+    std::size_t const last = value.digits.find_last_not_of('0');
+    value.exponent += static_cast<long>(value.digits.size() - last - 1);
+    value.digits.erase(last + 1);
+    return true;
+}
+
+// The exact value of a double: glibc prints every digit that is asked for,
+// and no double has more than 1074 after the point.
+Decimal ExactValue(double number) {
+    std::vector<char> text(1500);
+    std::snprintf(text.data(), text.size(), "%.1080f", number);
+    Decimal value;
+    ParseDecimal(text.data(), value);
+    return value;
+}
+
+// Why the word is no value of element type E (out of range, or a number that
+// E holds only rounded: 16777217 as a float is 16777216); empty if it is one.
 template <class E>
-bool Fits(std::string const& word) {
+std::string Refuse(std::string const& word, std::string const& family) {
+    std::string const outside = word + " does not fit " + family + " (" + Limits<E>() + ")";
     char const* const begin = word.c_str();
     char* end = nullptr;
     errno = 0;
     if (std::is_floating_point<E>::value) {
         double const value = std::strtod(begin, &end);
         if (errno == ERANGE) {
-            return false;  // too large or too small for a double
+            return outside;  // too large or too small for a double
         }
-        if (std::is_same<E, float>::value && std::isfinite(value)) {
+        if (!std::isfinite(value)) {
+            return std::string();  // left to the family's reader
+        }
+        if (std::is_same<E, float>::value) {
             if (std::fabs(value) > FLT_MAX) {
-                return false;
+                return outside;
             }
-            float const narrowed = static_cast<float>(value);
-            if (value != 0.0 && narrowed == 0.0f) {
-                return false;  // too small to be held at all
+            if (value != 0.0 && static_cast<float>(std::strtof(begin, nullptr)) == 0.0f) {
+                return outside;  // too small to be held at all
             }
         }
-        return true;
+        // The element's nearest value must be the number typed, exactly.
+        E const held = std::is_same<E, float>::value ? static_cast<E>(std::strtof(begin, nullptr))
+                                                     : static_cast<E>(value);
+        Decimal typed;
+        if (ParseDecimal(word, typed) && !(typed == ExactValue(static_cast<double>(held)))) {
+            char nearest[64];
+            std::snprintf(nearest, sizeof nearest, "%.*g", std::numeric_limits<E>::max_digits10,
+                          static_cast<double>(held));
+            return word + " is no " + family + " value: the nearest one is " + nearest;
+        }
+        return std::string();
     }
     bool const negative = word.find('-') != std::string::npos;
     if (word.find_first_of(".eE") != std::string::npos) {
-        return false;  // no fractions in a whole-number element
+        return outside;  // no fractions in a whole-number element
     }
     if (std::is_signed<E>::value) {
         long long const value = std::strtoll(begin, &end, 10);
-        return errno != ERANGE && value >= static_cast<long long>(std::numeric_limits<E>::min()) &&
-               value <= static_cast<long long>(std::numeric_limits<E>::max());
+        bool const fits = errno != ERANGE &&
+                          value >= static_cast<long long>(std::numeric_limits<E>::min()) &&
+                          value <= static_cast<long long>(std::numeric_limits<E>::max());
+        return fits ? std::string() : outside;
     }
     unsigned long long const value = std::strtoull(begin, &end, 10);
-    return errno != ERANGE && (!negative || value == 0) &&
-           value <= static_cast<unsigned long long>(std::numeric_limits<E>::max());
+    bool const fits = errno != ERANGE && (!negative || value == 0) &&
+                      value <= static_cast<unsigned long long>(std::numeric_limits<E>::max());
+    return fits ? std::string() : outside;
 }
 
 struct ElementRange {
-    bool (*fits)(std::string const& word);
+    std::string (*refuse)(std::string const& word, std::string const& family);
     std::string (*limits)();
 };
 
-ElementRange const* RangeOf(unsigned numericTypeByte) {
+// The element type of a family's numbers: its numeric type, or the int of an
+// enumeration's entry numbers.
+ElementRange const* RangeOf(Family const& family) {
     static ElementRange const ranges[] = {
-        {&Fits<std::uint8_t>, &Limits<std::uint8_t>},
-        {&Fits<std::int8_t>, &Limits<std::int8_t>},
-        {&Fits<std::uint16_t>, &Limits<std::uint16_t>},
-        {&Fits<std::int16_t>, &Limits<std::int16_t>},
-        {&Fits<std::uint32_t>, &Limits<std::uint32_t>},
-        {&Fits<std::int32_t>, &Limits<std::int32_t>},
-        {&Fits<std::uint64_t>, &Limits<std::uint64_t>},
-        {&Fits<std::int64_t>, &Limits<std::int64_t>},
-        {&Fits<float>, &Limits<float>},
-        {&Fits<double>, &Limits<double>},
+        {&Refuse<std::uint8_t>, &Limits<std::uint8_t>},
+        {&Refuse<std::int8_t>, &Limits<std::int8_t>},
+        {&Refuse<std::uint16_t>, &Limits<std::uint16_t>},
+        {&Refuse<std::int16_t>, &Limits<std::int16_t>},
+        {&Refuse<std::uint32_t>, &Limits<std::uint32_t>},
+        {&Refuse<std::int32_t>, &Limits<std::int32_t>},
+        {&Refuse<std::uint64_t>, &Limits<std::uint64_t>},
+        {&Refuse<std::int64_t>, &Limits<std::int64_t>},
+        {&Refuse<float>, &Limits<float>},
+        {&Refuse<double>, &Limits<double>},
     };
-    return numericTypeByte >= 1 && numericTypeByte <= 10 ? &ranges[numericTypeByte - 1] : nullptr;
+    static ElementRange const entryNumber = {&Refuse<int>, &Limits<int>};
+    unsigned const numericTypeByte = family.numericTypeByte;
+    if (numericTypeByte >= 1 && numericTypeByte <= 10) {
+        return &ranges[numericTypeByte - 1];
+    }
+    return Prefix(family.name) == "Enum" ? &entryNumber : nullptr;
 }
 
 // A word that reads as a number at all; anything else is left to the
@@ -190,14 +287,16 @@ bool LooksNumeric(std::string const& word) {
 
 bool CheckNumbers(Family const& family, std::vector<std::string> const& words, std::size_t from,
                   std::string& problem) {
-    ElementRange const* const range = RangeOf(family.numericTypeByte);
+    ElementRange const* const range = RangeOf(family);
     if (!range) {
         return true;
     }
     for (std::size_t i = from; i < words.size(); ++i) {
-        if (LooksNumeric(words[i]) && !range->fits(words[i])) {
-            problem = words[i] + " does not fit " + family.name + " (" + range->limits() + ")";
-            return false;
+        if (LooksNumeric(words[i])) {
+            problem = range->refuse(words[i], family.name);
+            if (!problem.empty()) {
+                return false;
+            }
         }
     }
     return true;
@@ -282,8 +381,8 @@ std::string FirstLine(std::string text) {
 
 }  // namespace
 
-std::string RangeText(unsigned numericTypeByte) {
-    ElementRange const* const range = RangeOf(numericTypeByte);
+std::string RangeText(Family const& family) {
+    ElementRange const* const range = RangeOf(family);
     return range ? range->limits() : std::string();
 }
 

@@ -31,8 +31,8 @@ bool FitsRecord(Legacy::Oru::ItemBase const& item, std::string& problem);
 bool SurvivesRecord(Legacy::Oru::ItemBase const& item, std::string const& typed,
                     std::string& problem);
 
-// "0 to 255": the range of the element type with that numeric-type byte.
-std::string RangeText(unsigned numericTypeByte);
+// "0 to 255": the range of the family's numbers; empty if it has none.
+std::string RangeText(Family const& family);
 
 }  // namespace OruTool
 
