@@ -69,7 +69,7 @@ TEST_F(OruFilesCliTest, CheckPrintsOneLinePerRefusedValueAndPassesOnceFixed) {
     auto const refused = RunTool("check " + Path("device.json") + " " + Path("values.json"));
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.out,
-              "Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n");
+              "/Video~1Brightness: Setting 'Brightness': the value is above the maximum 100\n");
     EXPECT_EQ(refused.err, "");
 
     values_["Video/Brightness"] = 80;
@@ -95,10 +95,12 @@ TEST_F(OruFilesCliTest, CheckRefusesWhatTheSettingsCannotHold) {
     auto const run =
         RunTool("check " + Path("device.json") + " " + Write("bad.json", values_.dump()));
     EXPECT_EQ(run.status, 1);
-    for (char const* path : {"Video/Brightness: ", "Audio/Input/Gain: ", "Audio/Input/Nothing: "}) {
+    for (char const* path :
+         {"/Video~1Brightness: ", "/Audio~1Input~1Gain: ", "/Audio~1Input~1Nothing: "}) {
         EXPECT_NE(("\n" + run.out).find(std::string("\n") + path), std::string::npos) << run.out;
     }
-    EXPECT_NE(run.out.find("Video/Brightness: 300 does not fit U8 (0 to 255)\n"), std::string::npos)
+    EXPECT_NE(("\n" + run.out).find("\n/Video~1Brightness: 300 does not fit U8 (0 to 255)\n"),
+              std::string::npos)
         << run.out;
 
     auto const broken =
@@ -126,9 +128,10 @@ TEST_F(OruFilesCliTest, EncodeByPathChecksTheValueAndDecodeNamesIt) {
     auto const refused = RunTool("encode" + names + "Audio/Input/Gain 101");
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.out, "");
+    // Named as oru check names it.
     EXPECT_EQ(refused.err,
-              "oru encode: Audio/Input/Gain: Setting 'Gain': the value is above the maximum 100 "
-              "(--unchecked writes it all the same)\n");
+              "oru encode: /Audio~1Input~1Gain: Setting 'Gain': the value is above the maximum "
+              "100\noru encode: nothing written (--unchecked writes it all the same)\n");
 
     auto const unchecked = RunTool("encode --unchecked" + names + "Audio/Input/Gain 101");
     ASSERT_EQ(unchecked.status, 0) << unchecked.err;

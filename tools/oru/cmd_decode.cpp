@@ -10,7 +10,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <legacy/oru/files/explain.h>
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/oru.h>
 #include <legacy/oru/recordlayout.h>
 
@@ -220,9 +220,9 @@ private:
             return named;
         }
         named.checked = true;
-        auto const why = Legacy::Oru::Files::Explain(*item, info->GetInfo());
-        if (why) {
-            named.reason = why->text;
+        for (auto const& problem : Legacy::Oru::Files::Check(*item, info->GetInfo())) {
+            named.reason += (named.reason.empty() ? "" : "; ") + problem.pointer +
+                            (problem.pointer.empty() ? "" : ": ") + problem.message;
         }
         return named;
     }

@@ -10,7 +10,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <legacy/oru/files/explain.h>
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
@@ -61,18 +61,17 @@ std::string Footer() {
            "VALUE by family (--families lists the names alone):\n";
     std::string shown;
     for (Family const& family : Families()) {
-        std::string const prefix = family.name.substr(0, family.name.find(':'));
+        std::string const prefix = family.row->familyWord;
         std::string const range = RangeText(family);
         if (prefix == shown && range.empty()) {
             continue;
         }
         shown = prefix;
-        out << "  " << family.name << ": " << (family.valueHelp ? family.valueHelp : "text");
+        out << "  " << family.name << ": " << family.valueHelp;
         if (!range.empty()) {
             out << " (" << range << ")";
         }
-        out << "\n      e.g. oru encode " << family.name << " 1 "
-            << (family.example ? family.example : "") << "\n";
+        out << "\n      e.g. oru encode " << family.name << " 1 " << family.example << "\n";
     }
     out << "\n"
            "examples:\n"
@@ -154,14 +153,18 @@ int RunNamed(Options const& options) {
         return 1;
     }
     if (!options.unchecked) {
-        auto const why = Legacy::Oru::Files::Explain(*item, info);
-        if (why) {
-            std::cerr << "oru encode: " << options.type << ": " << why->text
-                      << " (--unchecked writes it all the same)\n";
+        // The one check, with the problems named as oru check names them.
+        std::string const pointer = "/" + Legacy::Oru::Files::PointerToken(options.type);
+        problems = Legacy::Oru::Files::Check(*item, info, pointer);
+        for (auto& each : problems) {
+            each.path = options.type;
+            std::cerr << "oru encode: " << Legacy::Oru::Files::ToString(each) << "\n";
+        }
+        if (!problems.empty()) {
+            std::cerr << "oru encode: nothing written (--unchecked writes it all the same)\n";
             return 1;
         }
-    }
-    if (!FitsRecord(*item, problem) || !SurvivesRecord(*item, typed, problem)) {
+    } else if (!FitsRecord(*item, problem)) {
         std::cerr << "oru encode: " << problem << "\n";
         return 1;
     }
@@ -200,7 +203,7 @@ int Run(Options const& options) {
     }
     boost::intrusive_ptr<ItemBase> item;
     if (!ReadValue(*family, id, options.values, item, problem) || !FitsRecord(*item, problem) ||
-        !SurvivesRecord(*item, typed, problem)) {
+        !SurvivesRecord(*family, *item, typed, problem)) {
         std::cerr << "oru encode: " << problem << "\n";
         return 1;
     }

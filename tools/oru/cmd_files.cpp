@@ -48,25 +48,21 @@ int Check(CheckOptions const& options) {
         out["applied"] = report.applied;
         out["problems"] = nlohmann::ordered_json::array();
         for (Files::Problem const& each : report.problems) {
-            std::string path;
-            std::string inside;
-            SplitPointer(each.pointer, path, inside);
+            std::string path = each.path;
+            if (path.empty()) {
+                std::string inside;
+                SplitPointer(each.pointer, path, inside);
+            }
             out["problems"].push_back(
                 {{"path", path}, {"pointer", each.pointer}, {"reason", each.message}});
         }
         std::cout << out.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
                   << "\n";
     } else {
+        // Each problem as the files layer writes it, so that the program and
+        // the library name a value the same way.
         for (Files::Problem const& each : report.problems) {
-            std::string path;
-            std::string inside;
-            SplitPointer(each.pointer, path, inside);
-            if (path.empty()) {
-                std::cout << options.values << ": " << each.message << "\n";
-            } else {
-                std::cout << path << (inside.empty() ? "" : " at " + inside) << ": " << each.message
-                          << "\n";
-            }
+            std::cout << Files::ToString(each) << "\n";
         }
         if (report.problems.empty()) {
             std::cout << "all " << report.applied << " values pass\n";
