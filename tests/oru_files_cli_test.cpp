@@ -158,6 +158,52 @@ TEST_F(OruFilesCliTest, EncodeByPathChecksTheValueAndDecodeNamesIt) {
     EXPECT_NE(odd.out.find(", not in the description)"), std::string::npos) << odd.out;
 }
 
+// encode --names, decode --names and check answer with the one check: a value
+// passes all three or none, and is refused with the same line.
+TEST_F(OruFilesCliTest, EveryCommandAnswersWithTheOneCheck) {
+    std::string const device = dir_ + "/device.json";
+    json cases = values_;
+    cases["Video/FrameRate"] = 6.5;  // a float record keeps whole numbers
+    for (auto const& [path, value] : cases.items()) {
+        SCOPED_TRACE(path + " " + value.dump());
+        auto const checked = RunTool("check " + Path("device.json") + " " +
+                                     Write("one.json", json{{path, value}}.dump()));
+        auto const encoded =
+            OruTest::RunToolArgs({"encode", "--names", device, path, value.dump()});
+        if (checked.status == 0) {
+            EXPECT_EQ(checked.out, "all 1 values pass\n");
+            EXPECT_EQ(encoded.status, 0) << encoded.err;
+            auto const decoded =
+                RunTool("decode --hex --names " + Path("device.json"), encoded.out);
+            EXPECT_EQ(decoded.status, 0);
+            EXPECT_NE(decoded.out.find("\n  check: passes\n"), std::string::npos) << decoded.out;
+            continue;
+        }
+        EXPECT_EQ(checked.status, 1);
+        EXPECT_EQ(encoded.status, 1);
+        EXPECT_EQ(encoded.out, "");
+        // Every line of check's, then why nothing was written.
+        std::string expected;
+        std::size_t start = 0;
+        for (std::size_t end; (end = checked.out.find('\n', start)) != std::string::npos;
+             start = end + 1) {
+            expected += "oru encode: " + checked.out.substr(start, end - start + 1);
+        }
+        EXPECT_EQ(encoded.err,
+                  expected + "oru encode: nothing written (--unchecked writes it all the same)\n");
+        auto const unchecked =
+            OruTest::RunToolArgs({"encode", "--unchecked", "--names", device, path, value.dump()});
+        EXPECT_EQ(unchecked.status, 0) << unchecked.err;
+        auto const decoded = RunTool("decode --hex --names " + Path("device.json"), unchecked.out);
+        EXPECT_NE(decoded.out.find("\n  check: refused: "), std::string::npos) << decoded.out;
+    }
+    EXPECT_NE(RunTool("check " + Path("device.json") + " " +
+                      Write("one.json", json{{"Video/Brightness", 130}}.dump()))
+                  .out.find("/Video~1Brightness: Setting 'Brightness': the value is above the "
+                            "maximum 100\n"),
+              std::string::npos);
+}
+
 // describe FILE writes back what the library read: the sample's own
 // description unchanged, a short one with every key filled in.
 TEST_F(OruFilesCliTest, DescribeFileWritesWhatWasUnderstood) {
