@@ -71,6 +71,8 @@ TEST_F(OruFilesCliTest, CheckPrintsOneLinePerRefusedValueAndPassesOnceFixed) {
     EXPECT_EQ(refused.out,
               "/Video~1Brightness: Setting 'Brightness': the value is above the maximum 100\n");
     EXPECT_EQ(refused.err, "");
+    // The help shows the line as check prints it.
+    EXPECT_NE(RunTool("help check").out.find("  " + refused.out), std::string::npos);
 
     values_["Video/Brightness"] = 80;
     auto const passed =

@@ -74,9 +74,12 @@ int Check(CheckOptions const& options) {
 char const* const k_checkFooter =
     "Reads the settings that DESCRIPTION declares and the values in VALUES (a\n"
     "JSON object of setting paths and values), checks every value against its\n"
-    "setting, and prints one line per value that is refused: its path and why.\n"
-    "A path the description lacks, a value of the wrong JSON type or one that its\n"
-    "element type cannot hold is refused too. Nothing is written.\n"
+    "setting, and prints one line per problem: where it lies, as a JSON pointer\n"
+    "into VALUES (/Audio~1Input~1Gain/2 is the third element of Audio/Input/Gain),\n"
+    "and why. A path the description lacks, a value of the wrong JSON type, one\n"
+    "that its element type cannot hold and one that the device's record or text\n"
+    "form would change are refused too. encode --names and decode --names apply\n"
+    "the same check and print the same lines. Nothing is written.\n"
     "\n"
     "Exit status: 0 when every value passes, 1 when one does not or a file\n"
     "cannot be read, 2 for usage.\n"
@@ -85,7 +88,7 @@ char const* const k_checkFooter =
     "  $ oru describe > device.json\n"
     "  $ oru demo --values > values.json\n"
     "  $ oru check device.json values.json\n"
-    "  Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n";
+    "  /Video~1Brightness: Setting 'Brightness': the value is above the maximum 100\n";
 
 char const* const k_describeFooter =
     "Without FILE, writes the description of the sample device of 'oru demo' as\n"
