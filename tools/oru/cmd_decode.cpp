@@ -358,7 +358,7 @@ char const* const k_footer =
     "  $ oru encode --unchecked --names device.json Video/Brightness 130 |\n"
     "      oru decode --hex --names device.json\n"
     "  @0 0x01000002 (Video/Brightness) Numeric:U8 size 1: 130\n"
-    "    check: refused: Setting 'Brightness': the value is above the maximum 100\n";
+    "    check: refused: 130 is above the maximum 100\n";
 
 int Run(Options const& options) {
     std::string input;

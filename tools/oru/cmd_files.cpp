@@ -88,7 +88,7 @@ char const* const k_checkFooter =
     "  $ oru describe > device.json\n"
     "  $ oru demo --values > values.json\n"
     "  $ oru check device.json values.json\n"
-    "  /Video~1Brightness: Setting 'Brightness': the value is above the maximum 100\n";
+    "  /Video~1Brightness: 130 is above the maximum 100\n";
 
 char const* const k_describeFooter =
     "Without FILE, writes the description of the sample device of 'oru demo' as\n"
