@@ -14,7 +14,7 @@ TEST(OruCliTest, HelpAndVersionAsUsersExpectThem) {
     auto const version = RunTool("--version");
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.out, std::string("oru ") + Legacy::Oru::Version() + "\n");
-    for (char const* command : {"demo", "decode", "encode", "id"}) {
+    for (char const* command : {"demo", "decode", "encode", "id", "describe", "check", "help"}) {
         SCOPED_TRACE(command);
         auto const asked = RunTool(std::string("help ") + command);
         auto const flag = RunTool(std::string(command) + " --help");

@@ -68,9 +68,10 @@ TEST_F(OruFilesCliTest, CheckPrintsOneLinePerRefusedValueAndPassesOnceFixed) {
     // The sample's brightness, 130, lies above its maximum.
     auto const refused = RunTool("check " + Path("device.json") + " " + Path("values.json"));
     EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.out,
-              "Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n");
+    EXPECT_EQ(refused.out, "/Video~1Brightness: 130 is above the maximum 100\n");
     EXPECT_EQ(refused.err, "");
+    // The help shows the line as check prints it.
+    EXPECT_NE(RunTool("help check").out.find("  " + refused.out), std::string::npos);
 
     values_["Video/Brightness"] = 80;
     auto const passed =
@@ -95,10 +96,12 @@ TEST_F(OruFilesCliTest, CheckRefusesWhatTheSettingsCannotHold) {
     auto const run =
         RunTool("check " + Path("device.json") + " " + Write("bad.json", values_.dump()));
     EXPECT_EQ(run.status, 1);
-    for (char const* path : {"Video/Brightness: ", "Audio/Input/Gain: ", "Audio/Input/Nothing: "}) {
+    for (char const* path :
+         {"/Video~1Brightness: ", "/Audio~1Input~1Gain: ", "/Audio~1Input~1Nothing: "}) {
         EXPECT_NE(("\n" + run.out).find(std::string("\n") + path), std::string::npos) << run.out;
     }
-    EXPECT_NE(run.out.find("Video/Brightness: 300 does not fit U8 (0 to 255)\n"), std::string::npos)
+    EXPECT_NE(("\n" + run.out).find("\n/Video~1Brightness: 300 does not fit U8 (0 to 255)\n"),
+              std::string::npos)
         << run.out;
 
     auto const broken =
@@ -126,9 +129,10 @@ TEST_F(OruFilesCliTest, EncodeByPathChecksTheValueAndDecodeNamesIt) {
     auto const refused = RunTool("encode" + names + "Audio/Input/Gain 101");
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.out, "");
+    // Named as oru check names it.
     EXPECT_EQ(refused.err,
-              "oru encode: Audio/Input/Gain: Setting 'Gain': the value is above the maximum 100 "
-              "(--unchecked writes it all the same)\n");
+              "oru encode: /Audio~1Input~1Gain: 101 is above the maximum 100\n"
+              "oru encode: nothing written (--unchecked writes it all the same)\n");
 
     auto const unchecked = RunTool("encode --unchecked" + names + "Audio/Input/Gain 101");
     ASSERT_EQ(unchecked.status, 0) << unchecked.err;
@@ -137,7 +141,7 @@ TEST_F(OruFilesCliTest, EncodeByPathChecksTheValueAndDecodeNamesIt) {
     EXPECT_EQ(record.at("path"), "Audio/Input/Gain");
     EXPECT_EQ(record.at("value"), "101");
     EXPECT_EQ(record.at("passes"), false);
-    EXPECT_EQ(record.at("reason"), "Setting 'Gain': the value is above the maximum 100");
+    EXPECT_EQ(record.at("reason"), "101 is above the maximum 100");
 
     // Text needs no quotes; what a record cannot hold is refused even unchecked.
     auto const name = RunTool("encode" + names + "Device/Name lobby west");
@@ -153,6 +157,99 @@ TEST_F(OruFilesCliTest, EncodeByPathChecksTheValueAndDecodeNamesIt) {
     auto const foreign = RunTool("encode Numeric:U32 0x7F000001 5");
     auto const odd = RunTool("decode --hex" + names, foreign.out);
     EXPECT_NE(odd.out.find(", not in the description)"), std::string::npos) << odd.out;
+}
+
+// encode --names, decode --names and check answer with the one check: a value
+// passes all three or none, and is refused with the same line.
+TEST_F(OruFilesCliTest, EveryCommandAnswersWithTheOneCheck) {
+    std::string const device = dir_ + "/device.json";
+    json cases = values_;
+    cases["Video/FrameRate"] = 6.5;  // a float record keeps whole numbers
+    for (auto const& [path, value] : cases.items()) {
+        SCOPED_TRACE(path + " " + value.dump());
+        auto const checked = RunTool("check " + Path("device.json") + " " +
+                                     Write("one.json", json{{path, value}}.dump()));
+        auto const encoded =
+            OruTest::RunToolArgs({"encode", "--names", device, path, value.dump()});
+        if (checked.status == 0) {
+            EXPECT_EQ(checked.out, "all 1 values pass\n");
+            EXPECT_EQ(encoded.status, 0) << encoded.err;
+            auto const decoded =
+                RunTool("decode --hex --names " + Path("device.json"), encoded.out);
+            EXPECT_EQ(decoded.status, 0);
+            EXPECT_NE(decoded.out.find("\n  check: passes\n"), std::string::npos) << decoded.out;
+            continue;
+        }
+        EXPECT_EQ(checked.status, 1);
+        EXPECT_EQ(encoded.status, 1);
+        EXPECT_EQ(encoded.out, "");
+        // Every line of check's, then why nothing was written.
+        std::string expected;
+        std::size_t start = 0;
+        for (std::size_t end; (end = checked.out.find('\n', start)) != std::string::npos;
+             start = end + 1) {
+            expected += "oru encode: " + checked.out.substr(start, end - start + 1);
+        }
+        EXPECT_EQ(encoded.err,
+                  expected + "oru encode: nothing written (--unchecked writes it all the same)\n");
+        EXPECT_EQ(
+            OruTest::RunToolArgs({"encode", "--unchecked", "--names", device, path, value.dump()})
+                .status,
+            0);
+    }
+    // A refused value written all the same is refused again when decoded.
+    auto const unchecked = OruTest::RunToolArgs(
+        {"encode", "--unchecked", "--names", device, "Video/Brightness", "130"});
+    EXPECT_EQ(RunTool("decode --hex --names " + Path("device.json"), unchecked.out).out,
+              "@0 0x01000002 (Video/Brightness) Numeric:U8 size 1: 130\n"
+              "  check: refused: 130 is above the maximum 100\n");
+}
+
+// describe FILE writes back what the library read: the sample's own
+// description unchanged, a short one with every key filled in.
+TEST_F(OruFilesCliTest, DescribeFileWritesWhatWasUnderstood) {
+    auto const same = RunTool("describe " + Path("device.json"));
+    EXPECT_EQ(same.status, 0) << same.err;
+    EXPECT_EQ(same.out, OruTest::ReadFile(dir_ + "/device.json"));
+
+    std::string const terse =
+        R"({"settings": [{"path": "Video/Gop", "type": "Numeric:U16", "max": 300}]})";
+    auto const filled = RunTool("describe -", terse);
+    ASSERT_EQ(filled.status, 0) << filled.err;
+    json const setting = json::parse(filled.out).at("settings").at(0);
+    EXPECT_EQ(setting.at("path"), "Video/Gop");
+    EXPECT_EQ(setting.at("type"), "Numeric:U16");
+    EXPECT_EQ(setting.at("min"), 0);
+    EXPECT_EQ(setting.at("max"), 300);
+    EXPECT_EQ(setting.at("default"), 0);
+    EXPECT_EQ(setting.at("permission"), 0);
+    EXPECT_TRUE(setting.contains("id")) << setting;
+    // Read again, the written form is a fixed point.
+    EXPECT_EQ(RunTool("describe -", filled.out).out, filled.out);
+
+    struct Bad {
+        char const* text;
+        char const* err;
+    };
+    Bad const bad[] = {
+        {R"({"settings": [{"path": "A/B", "type": "Numeric:U8", "max": 300}]})",
+         "oru describe: standard input: /settings/0/max: 300 does not fit U8 (0 to 255)\n"},
+        {"{\"settings\": [", nullptr},
+    };
+    for (Bad const& row : bad) {
+        SCOPED_TRACE(row.text);
+        auto const run = RunTool("describe -", row.text);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.out, "");
+        if (row.err) {
+            EXPECT_EQ(run.err, row.err);
+        } else {
+            EXPECT_EQ(run.err.rfind("oru describe: standard input: ", 0), 0u) << run.err;
+        }
+    }
+    auto const missing = RunTool("describe " + Path("none.json"));
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("cannot open"), std::string::npos) << missing.err;
 }
 
 TEST(OruFilesCliDemoTest, DemoSaysWhyACheckFailed) {

@@ -10,11 +10,11 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <legacy/oru/files/explain.h>
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/oru.h>
+#include <legacy/oru/recordlayout.h>
 
 #include "codes.h"
-#include "serialcodec.h"
 
 #include "commands.h"
 #include "described.h"
@@ -29,7 +29,7 @@ using Legacy::Oru::InfoItemSectionId;
 using Legacy::Oru::ItemBase;
 using Bytes = std::vector<unsigned char>;
 
-namespace Serial = Legacy::Oru::Serial;
+namespace Layout = Legacy::Oru::RecordLayout;
 // Composite children nest as records of their own; deeper than this the
 // display stops descending (the library reads them all the same).
 int const k_maxShownDepth = 32;
@@ -105,21 +105,25 @@ public:
         std::size_t count = 0;
         while (offset < bytes.size()) {
             std::size_t const remaining = bytes.size() - offset;
-            if (remaining < Serial::k_headerSize) {
-                Problem(offset, "truncated header: " + std::to_string(remaining) +
-                                    " bytes left, a header has 10");
-                return false;
-            }
-            unsigned char const* const header = bytes.data() + offset;
-            std::uint32_t const size = Serial::GetHeader(header).dataSize;
-            if (size > remaining - Serial::k_headerSize) {
-                Problem(offset, "the record claims " + std::to_string(size) + " payload bytes, " +
-                                    std::to_string(remaining - Serial::k_headerSize) + " remain");
-                return false;
+            Layout::Flat record;
+            switch (Layout::ParseRecord(bytes.data(), bytes.size(), offset, record)) {
+                case Layout::Fault::TruncatedHeader:
+                    Problem(offset, "truncated header: " + std::to_string(remaining) +
+                                        " bytes left, a header has " +
+                                        std::to_string(Layout::k_headerSize));
+                    return false;
+                case Layout::Fault::TruncatedPayload:
+                    Problem(offset, "the record claims " + std::to_string(record.header.dataSize) +
+                                        " payload bytes, " +
+                                        std::to_string(remaining - Layout::k_headerSize) +
+                                        " remain");
+                    return false;
+                case Layout::Fault::None:
+                    break;
             }
             ++count;
-            ok_ = Record(offset, header, 0) && ok_;
-            offset += Serial::k_headerSize + size;
+            ok_ = Record(record, 0, 0) && ok_;
+            offset += Layout::FlatSize(record.header.dataSize);
         }
         if (count == 0 && !options_.json && ok_) {
             out_ << "no records\n";
@@ -128,18 +132,19 @@ public:
     }
 
 private:
-    // One record whose payload lies wholly in the input.
-    bool Record(std::size_t offset, unsigned char const* header, int depth) {
-        Serial::Header const flat = Serial::GetHeader(header);
-        std::uint32_t const id = flat.id;
-        std::uint32_t const size = flat.dataSize;
-        std::uint8_t const type = flat.type;
-        std::uint8_t const numericType = flat.numericType;
+    // One record whose payload lies wholly in the input; its offset is
+    // counted from base.
+    bool Record(Layout::Flat const& flat, std::size_t base, int depth) {
+        std::size_t const offset = base + flat.offset;
+        std::uint32_t const id = flat.header.id;
+        std::uint32_t const size = flat.header.dataSize;
+        std::uint8_t const type = flat.header.type;
+        std::uint8_t const numericType = flat.header.numericType;
         // The payload in a buffer of exactly its size, so that a reader that
         // strays past it is caught by the sanitizers.
-        Bytes const payload(header + Serial::k_headerSize, header + Serial::k_headerSize + size);
+        Bytes const payload(flat.payload, flat.payload + size);
         ItemBase::ConstSerialStruct_t record;
-        Serial::SetHeader(record, flat);
+        record.SetHeader(id, size, type, numericType);
         record.data = payload.empty() ? nullptr : payload.data();
         boost::intrusive_ptr<ItemBase> item;
         int const code = ItemBase::Deserialize(&record, item);
@@ -193,7 +198,7 @@ private:
         }
         if (code == 0 && type == static_cast<std::uint8_t>(Legacy::Oru::OruType_t::Composite) &&
             depth < k_maxShownDepth) {
-            Children(offset + Serial::k_headerSize, payload, depth + 1);
+            Children(offset + Layout::k_headerSize, payload, depth + 1);
         }
         return code == 0;
     }
@@ -215,28 +220,19 @@ private:
             return named;
         }
         named.checked = true;
-        auto const why = Legacy::Oru::Files::Explain(*item, info->GetInfo());
-        if (why) {
-            named.reason = why->text;
+        for (auto const& problem : Legacy::Oru::Files::Check(*item, info->GetInfo())) {
+            named.reason += (named.reason.empty() ? "" : "; ") + problem.pointer +
+                            (problem.pointer.empty() ? "" : ": ") + problem.message;
         }
         return named;
     }
 
-    // The children of a composite: a two-byte count, then records. The
-    // library has read it already, so the walk only shows what is there.
-    void Children(std::size_t offset, Bytes const& payload, int depth) {
-        if (payload.size() < 2) {
-            return;
-        }
-        std::size_t const count = Serial::GetBigEndian<std::uint16_t>(payload.data());
-        std::size_t at = 2;
-        for (std::size_t i = 0; i < count && payload.size() - at >= Serial::k_headerSize; ++i) {
-            std::uint32_t const size = Serial::GetHeader(payload.data() + at).dataSize;
-            if (size > payload.size() - at - Serial::k_headerSize) {
-                return;
-            }
-            Record(offset + at, payload.data() + at, depth);
-            at += Serial::k_headerSize + size;
+    // The children of a composite. The library has read it already, so the
+    // walk only shows what is there.
+    void Children(std::size_t base, Bytes const& payload, int depth) {
+        Layout::ChildWalk walk(payload.data(), payload.size());
+        for (Layout::Flat child; walk.Next(child);) {
+            Record(child, base, depth);
         }
     }
 
@@ -347,8 +343,9 @@ char const* const k_footer =
     "\n"
     "--names DESCRIPTION reads a description file (see 'oru describe'): each\n"
     "record is named by its setting's path, and a line under it says whether\n"
-    "its value passes the setting's check, and why not (JSON: \"path\",\n"
-    "\"passes\", \"reason\"). A refused value still counts as read.\n"
+    "its value passes the setting's check (the one 'oru check' applies), and\n"
+    "why not (JSON: \"path\", \"passes\", \"reason\"). A refused value still\n"
+    "counts as read.\n"
     "\n"
     "Exit status: 0 when every record read, 1 when one did not or the input\n"
     "cannot be read, 2 for usage.\n"
@@ -361,7 +358,7 @@ char const* const k_footer =
     "  $ oru encode --unchecked --names device.json Video/Brightness 130 |\n"
     "      oru decode --hex --names device.json\n"
     "  @0 0x01000002 (Video/Brightness) Numeric:U8 size 1: 130\n"
-    "    check: refused: Setting 'Brightness': the value is above the maximum 100\n";
+    "    check: refused: 130 is above the maximum 100\n";
 
 int Run(Options const& options) {
     std::string input;

@@ -10,7 +10,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <legacy/oru/files/explain.h>
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
 
@@ -35,6 +35,7 @@ struct Options {
     std::string type;
     std::string id;
     Args values;
+    std::string neverFilled;
 };
 
 std::string Footer() {
@@ -46,32 +47,35 @@ std::string Footer() {
            "begins with '-' and is no number.\n"
            "\n"
            "Nothing is written unless the record holds exactly the value typed: a\n"
-           "number outside the element's range, words left over, or a value that the\n"
-           "record cannot carry (the float and double mappings keep whole numbers;\n"
+           "number outside the element's range or one that the element holds only\n"
+           "rounded (16777217 as a Numeric:Float), words left over, or a value that\n"
+           "the record cannot carry (the float and double mappings keep whole numbers;\n"
            "a composite holds at most 65535 children) is refused with exit status 1.\n"
-           "What decode prints is accepted as a value too.\n"
+           "What decode prints is accepted as a value too, and reads back to the same\n"
+           "record: a list of texts that decode could not show apart (an element\n"
+           "holding ', ') is refused.\n"
            "\n"
            "With --names DESCRIPTION the words are PATH VALUE instead: the setting's\n"
            "path in that description file (see 'oru describe'), and its value in the\n"
            "form of a values file (JSON: 72, [1, 2], {\"x\": 1, \"y\": 2}; words that are\n"
-           "no JSON are one string). The id and family come from the description, and\n"
-           "a value that the setting refuses is not written unless --unchecked.\n"
+           "no JSON are one string). The id and family come from the description. The\n"
+           "value is checked as 'oru check' checks it, and each problem is printed as\n"
+           "check prints it; a value that fails is not written unless --unchecked.\n"
            "\n"
            "VALUE by family (--families lists the names alone):\n";
     std::string shown;
     for (Family const& family : Families()) {
-        std::string const prefix = family.name.substr(0, family.name.find(':'));
-        std::string const range = RangeText(family.numericTypeByte);
+        std::string const prefix = family.row->familyWord;
+        std::string const range = RangeText(family);
         if (prefix == shown && range.empty()) {
             continue;
         }
         shown = prefix;
-        out << "  " << family.name << ": " << (family.valueHelp ? family.valueHelp : "text");
+        out << "  " << family.name << ": " << family.valueHelp;
         if (!range.empty()) {
             out << " (" << range << ")";
         }
-        out << "\n      e.g. oru encode " << family.name << " 1 "
-            << (family.example ? family.example : "") << "\n";
+        out << "\n      e.g. oru encode " << family.name << " 1 " << family.example << "\n";
     }
     out << "\n"
            "examples:\n"
@@ -82,6 +86,21 @@ std::string Footer() {
            "  $ oru encode --names device.json Audio/Input/Gain 72\n";
     return out.str();
 }
+
+// The shared layout, with the usage line showing where '--' may stand in
+// place of the hidden positional that lets it.
+class UsageFormatter : public CLI::Formatter {
+public:
+    explicit UsageFormatter(CLI::FormatterBase const& shared) : CLI::Formatter() {
+        for (char const* label : {"Usage", "SUBCOMMAND", "SUBCOMMANDS", "Subcommands"}) {
+            this->label(label, shared.get_label(label));
+        }
+    }
+    std::string make_option_usage(CLI::Option const* option) const override {
+        return option->get_group().empty() ? "[-- VALUE...]"
+                                           : CLI::Formatter::make_option_usage(option);
+    }
+};
 
 // The record of item on standard output, as hex text or raw bytes.
 int Write(Options const& options, ItemBase const& item) {
@@ -138,14 +157,18 @@ int RunNamed(Options const& options) {
         return 1;
     }
     if (!options.unchecked) {
-        auto const why = Legacy::Oru::Files::Explain(*item, info);
-        if (why) {
-            std::cerr << "oru encode: " << options.type << ": " << why->text
-                      << " (--unchecked writes it all the same)\n";
+        // The one check, with the problems named as oru check names them.
+        std::string const pointer = "/" + Legacy::Oru::Files::PointerToken(options.type);
+        problems = Legacy::Oru::Files::Check(*item, info, pointer);
+        for (auto& each : problems) {
+            each.path = options.type;
+            std::cerr << "oru encode: " << Legacy::Oru::Files::ToString(each) << "\n";
+        }
+        if (!problems.empty()) {
+            std::cerr << "oru encode: nothing written (--unchecked writes it all the same)\n";
             return 1;
         }
-    }
-    if (!FitsRecord(*item, problem) || !SurvivesRecord(*item, typed, problem)) {
+    } else if (!FitsRecord(*item, problem)) {
         std::cerr << "oru encode: " << problem << "\n";
         return 1;
     }
@@ -184,7 +207,7 @@ int Run(Options const& options) {
     }
     boost::intrusive_ptr<ItemBase> item;
     if (!ReadValue(*family, id, options.values, item, problem) || !FitsRecord(*item, problem) ||
-        !SurvivesRecord(*item, typed, problem)) {
+        !SurvivesRecord(*family, *item, typed, problem)) {
         std::cerr << "oru encode: " << problem << "\n";
         return 1;
     }
@@ -200,6 +223,11 @@ void AddEncode(CLI::App& program, int& status) {
     command->add_option("TYPE", options->type, "The family, e.g. Numeric:U32 (case ignored)");
     command->add_option("ID", options->id, "The setting's id, decimal or 0x-hex");
     command->add_option("VALUE", options->values, "The value's words, as the family reads them");
+    // CLI11 hands a '--' back to the program once VALUE holds a word, and the
+    // words after it are then refused; a positional that is never filled keeps
+    // '--' here, so that what follows it goes on into VALUE.
+    command->add_option("AFTER", options->neverFilled)->group("");
+    command->formatter(std::make_shared<UsageFormatter>(*program.get_formatter()));
     command->add_flag("--binary", options->binary, "Write raw bytes instead of hexadecimal text");
     command->add_flag("--families", options->families, "List the family names and exit");
     command

@@ -6,10 +6,12 @@
 #include <memory>
 #include <ostream>
 #include <sstream>
+#include <type_traits>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include <legacy/oru/catalogue.h>
 #include <legacy/oru/files/explain.h>
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
@@ -107,14 +109,16 @@ int RunDemo(Args const& args, std::ostream& out, std::ostream& err) {
 
     Heading(out, "An endpoint setting as a URI, and read back from it");
     for (auto const& setting : settings) {
-        auto const* const app = dynamic_cast<AppEndpointItem const*>(setting.item.get());
-        if (!app) {
-            continue;
-        }
-        std::string const uri = app->GetVal().ToUri();
-        auto const back = AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri);
-        out << "  " << NameOf(setting) << "\n    URI " << uri << "\n    reads back as "
-            << back.ToString() << (back == app->GetVal() ? " (equal)" : " (changed)") << "\n";
+        Catalogue::VisitItem(*setting.item, [&](auto const& item) {
+            using Item = std::decay_t<decltype(item)>;
+            if constexpr (std::is_same<Item, AppEndpointItem>::value) {
+                std::string const uri = item.GetVal().ToUri();
+                auto const back = AppEndpoint<Net::Endpoint<Net::AddrStr>>::FromUri(uri);
+                out << "  " << NameOf(setting) << "\n    URI " << uri << "\n    reads back as "
+                    << back.ToString() << (back == item.GetVal() ? " (equal)" : " (changed)")
+                    << "\n";
+            }
+        });
     }
 
     Heading(out, "One setting in full: its Info, then its Item");

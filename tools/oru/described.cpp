@@ -20,7 +20,8 @@ bool LoadDescription(std::string const& command, std::string const& file,
     }
     Files::Problems const problems = Files::ReadDescription(text, directory);
     for (Files::Problem const& each : problems) {
-        err << "oru " << command << ": " << file << ": " << Files::ToString(each) << "\n";
+        err << "oru " << command << ": " << (file == "-" ? "standard input" : file) << ": "
+            << Files::ToString(each) << "\n";
     }
     return problems.empty();
 }

@@ -1,32 +1,29 @@
 // The value families the program can make by name ("Numeric:U32", "String",
-// ...), for encode, and the names it shows for the two type bytes of a record.
+// ...), for encode, and the names it shows for the two type bytes of a
+// record. The families are the model's catalogue; what the program adds to
+// each (how its VALUE words read, an example) is an overload set over the
+// catalogue's classes, in families.cpp and values.cpp.
 #ifndef ORU_TOOL_FAMILIES_H
 #define ORU_TOOL_FAMILIES_H
 
 #include <cstdint>
-#include <iosfwd>
 #include <string>
 #include <vector>
 
-#include <legacy/oru/oru.h>
+#include <legacy/oru/catalogue.h>
 
 namespace OruTool {
 
 struct Family {
+    // The catalogue's row: name, type bytes and factories.
+    Legacy::Oru::Catalogue::Family const* row;
+    // "Numeric:U32".
     std::string name;
     std::uint8_t typeByte;
     std::uint8_t numericTypeByte;
-    // A new Item of the family with that id and the family's default value.
-    Legacy::Oru::ItemBase* (*makeItem)(unsigned int id);
-    // The Info that text is read against, or null where the family reads none.
-    Legacy::Oru::InfoBase* (*makeInfo)(unsigned int id);
-    // For a family without a text input of its own: reads the value from the
-    // VALUE arguments, one per element or child; false with a message else.
-    bool (*readArgs)(Legacy::Oru::ItemBase& item, std::vector<std::string> const& values,
-                     std::ostream& errors) = nullptr;
     // How the VALUE arguments are read, and an example, for the help text.
-    char const* valueHelp = nullptr;
-    char const* example = nullptr;
+    char const* valueHelp;
+    char const* example;
 };
 
 // Every family with a serial form, in the order of their type bytes.

@@ -1,9 +1,8 @@
 #include "hex.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "serialcodec.h"
+#include <legacy/oru/recordlayout.h>
 
 namespace OruTool {
 
@@ -22,19 +21,25 @@ std::string HexBytes(unsigned char const* bytes, std::size_t count) {
 }
 
 std::vector<unsigned char> FlatRecord(Legacy::Oru::ItemBase::SerialStruct_t const& record) {
-    namespace Serial = Legacy::Oru::Serial;
-    std::uint32_t const size = record.GetDataSize();
-    std::vector<unsigned char> flat(Serial::k_headerSize + (record.data ? size : 0));
-    Serial::PutHeader(flat.data(), record);
-    if (record.data && size != 0) {
-        std::memcpy(flat.data() + Serial::k_headerSize, record.data, size);
+    namespace Layout = Legacy::Oru::RecordLayout;
+    Layout::Header header;
+    header.id = record.GetId();
+    header.dataSize = record.GetDataSize();
+    header.type = record.type;
+    header.numericType = record.numericType;
+    unsigned char const* const payload = record.GetData();
+    std::vector<unsigned char> flat;
+    flat.reserve(Layout::FlatSize(payload ? header.dataSize : 0));
+    Layout::AppendHeader(flat, header);
+    if (payload) {
+        flat.insert(flat.end(), payload, payload + header.dataSize);
     }
     return flat;
 }
 
 std::string FlatRecordHex(std::vector<unsigned char> const& flat) {
     std::size_t const header =
-        std::min<std::size_t>(Legacy::Oru::Serial::k_headerSize, flat.size());
+        std::min<std::size_t>(Legacy::Oru::RecordLayout::k_headerSize, flat.size());
     return HexBytes(flat.data(), header) + " | " +
            HexBytes(flat.data() + header, flat.size() - header);
 }

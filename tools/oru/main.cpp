@@ -60,11 +60,7 @@ int main(int argc, char** argv) {
             return;
         }
         try {
-            CLI::App* const command = program.get_subcommand(topic);
-            if (command == help) {
-                throw CLI::OptionNotFound(topic);
-            }
-            std::cout << HelpOf(program, *command);
+            std::cout << HelpOf(program, *program.get_subcommand(topic));
         } catch (CLI::OptionNotFound const&) {
             std::cerr << "oru help: unknown command '" << topic << "' (try 'oru --help')\n";
             status = 2;

@@ -27,12 +27,13 @@ bool ReadValue(Family const& family, unsigned int id, std::vector<std::string> c
 bool FitsRecord(Legacy::Oru::ItemBase const& item, std::string& problem);
 
 // Writes the record of item and reads it back; false with the reason when
-// the value read back differs from the item's, as lossy wire mappings do.
-bool SurvivesRecord(Legacy::Oru::ItemBase const& item, std::string const& typed,
-                    std::string& problem);
+// the value read back differs from the item's, as lossy wire mappings do, or
+// when decode would print a list of texts that reads as another value.
+bool SurvivesRecord(Family const& family, Legacy::Oru::ItemBase const& item,
+                    std::string const& typed, std::string& problem);
 
-// "0 to 255": the range of the element type with that numeric-type byte.
-std::string RangeText(unsigned numericTypeByte);
+// "0 to 255": the range of the family's numbers; empty if it has none.
+std::string RangeText(Family const& family);
 
 }  // namespace OruTool
 
