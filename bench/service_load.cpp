@@ -37,8 +37,9 @@ using Json = nlohmann::ordered_json;
 char const k_token[] = "benchbenchbenchbench";
 
 std::string PathOf(std::size_t i) {
-    char name[32];
-    std::snprintf(name, sizeof name, "Bench/Group%03zu/S%05zu", i / 100, i);
+    char name[64];
+    // Sections hold at most 63 subsections: two levels of ten.
+    std::snprintf(name, sizeof name, "Bench/G%zu/H%zu/S%05zu", i / 1000, i / 100 % 10, i);
     return name;
 }
 
