@@ -2,7 +2,7 @@
 // edits, asks the service's dry run for every verdict, applies one change set
 // on purpose, and follows the device's events. It talks to its own origin only.
 import {boundsText, defaultOf, family, h, makeControl} from "./controls.js";
-import {brief, canonical, parse, pointerTokens, same, stringify} from "./json.js";
+import {brief, canonical, isRaw, parse, pointerTokens, same, stringify} from "./json.js";
 
 const $ = (role) => document.querySelector(`[data-role="${role}"]`);
 
@@ -10,8 +10,8 @@ const CHECK_DELAY_MS = 250;
 const LIVE_MARK_MS = 4000;
 
 const state = {
-    revision: 0,      // the newest revision the page has seen
-    base: 0,          // the revision apply sends: the device as the user has seen it
+    revision: 0n,     // the newest revision the page has seen
+    base: 0n,         // the revision apply sends: the device as the user has seen it
     settings: new Map(),  // path → {desc, value, row, control, ...}
     order: [],
     staged: new Map(),    // path → value
@@ -60,9 +60,31 @@ function problemsOf(data) {
     return data && Array.isArray(data.problems) ? data.problems : [];
 }
 
-// The setting a problem belongs to, and where inside its value it lies.
+// Revisions are 64-bit counters: kept as BigInt, sent as their digits.
+function revisionOf(value) {
+    try {
+        if (isRaw(value)) {
+            return BigInt(value.rawJSON);
+        }
+        if (typeof value === "number" && Number.isInteger(value) && value >= 0) {
+            return BigInt(value);
+        }
+        if (typeof value === "string" && /^[0-9]{1,20}$/.test(value)) {
+            return BigInt(value);
+        }
+    } catch (e) {
+        // not a revision
+    }
+    return null;
+}
+
+// The setting a problem belongs to, and where inside its value it lies. The
+// service points into the request body: "/changes/PATH/inside".
 function placeOf(problem) {
-    const tokens = pointerTokens(problem.pointer || "");
+    let tokens = pointerTokens(problem.pointer || "");
+    if (tokens[0] === "changes") {
+        tokens = tokens.slice(1);
+    }
     const path = typeof problem.path === "string" && problem.path !== "" ? problem.path : tokens[0];
     return {path, inside: tokens.slice(1)};
 }
@@ -129,7 +151,7 @@ function build(data) {
             state.staged.delete(path);
         }
     }
-    state.revision = Number(data.revision) || 0;
+    state.revision = revisionOf(data.revision) ?? 0n;
     state.base = state.revision;
     renderTree();
     renderList(previous);
@@ -154,7 +176,7 @@ async function refresh(own) {
             changes[s.path] = s.value;
         }
     }
-    takeChanges(Number(data.revision) || state.revision, changes, own || new Set());
+    takeChanges(revisionOf(data.revision) ?? state.revision, changes, own || new Set());
 }
 
 // Values the device now holds; own holds the paths whose change the page made.
@@ -222,6 +244,17 @@ function follow() {
         }
     });
     events.addEventListener("message", (e) => onEvent(e));
+    // Sent first on each connection: the device's revision at that moment.
+    events.addEventListener("revision", (e) => {
+        const revision = revisionOf(e.lastEventId);
+        if (revision !== null && revision > state.revision) {
+            if (state.busy) {
+                state.queued.push({resync: true});
+            } else {
+                refresh();
+            }
+        }
+    });
     events.addEventListener("resync", () => {
         if (state.busy) {
             state.queued.push({resync: true});
@@ -256,7 +289,7 @@ function onEvent(e) {
     } catch (err) {
         return;
     }
-    const revision = Number(e.lastEventId) || Number(data && data.revision) || 0;
+    const revision = revisionOf(e.lastEventId) ?? revisionOf(data && data.revision) ?? 0n;
     const item = {revision, changes: eventChanges(data)};
     if (state.busy) {
         state.queued.push(item);
@@ -273,7 +306,7 @@ function takeEvent(item) {
     if (item.revision && item.revision <= state.revision) {
         return;  // seen already, through a read or an apply
     }
-    if (item.revision > state.revision + 1 && state.revision !== 0) {
+    if (item.revision > state.revision + 1n && state.revision !== 0n) {
         refresh();  // a change set went by unseen
         return;
     }
@@ -736,7 +769,8 @@ async function apply() {
     const sent = new Map(Object.entries(changes));
     state.busy = true;
     renderDiff();
-    const {status, data} = await api("POST", "/api/apply", {revision: state.base, changes});
+    const {status, data} = await api("POST", "/api/apply",
+                                     {revision: JSON.rawJSON(String(state.base)), changes});
     try {
         if (status === 200) {
             for (const [path, value] of sent) {
@@ -750,11 +784,13 @@ async function apply() {
                     entry.value = value;
                 }
             }
-            const revision = Number(data && data.revision) || state.revision + 1;
-            state.revision = Math.max(state.revision, revision);
+            const revision = revisionOf(data && data.revision) ?? state.revision + 1n;
+            if (revision > state.revision) {
+                state.revision = revision;
+            }
             state.base = state.revision;
             const applied = data && data.applied !== undefined ? data.applied : sent.size;
-            toast(`Applied ${applied} ${applied === 1 ? "change" : "changes"} (revision ${revision}).`);
+            toast(`Applied ${plural(applied, "change")}.`);
             await refresh(new Set(sent.keys()));
             for (const path of sent.keys()) {
                 updateRow(path);
@@ -794,7 +830,8 @@ function renderConflict() {
     const items = mine.map((path) => h("li", {"data-conflict-path": path},
         h("strong", {}, path), `: now ${brief(state.elsewhere.get(path))}, yours ${brief(state.staged.get(path))}`));
     box.replaceChildren(
-        h("p", {}, `Not applied: the device changed since you read it (revision ${state.conflict.from} → ${state.conflict.to}).`),
+        h("p", {}, `Not applied: the device changed since you read it ` +
+                   `(${plural(state.conflict.to - state.conflict.from, "change set")} since).`),
         items.length ? h("ul", {}, items)
                      : h("p", {}, "None of the settings you changed were touched; the page shows the device as it is now."),
         h("div", {class: "actions"},
@@ -943,10 +980,14 @@ async function saveFile() {
     link.click();
     link.remove();
     setTimeout(() => URL.revokeObjectURL(url), 1000);
-    toast(`Saved ${lines.length} values (revision ${data.revision}).`);
+    toast(`Saved ${plural(lines.length, "value")} as values.json.`);
 }
 
 // ---- chrome -------------------------------------------------------------
+
+function plural(n, word) {
+    return `${n} ${String(n) === "1" ? word : word + "s"}`;
+}
 
 let statusOverride = null;
 
@@ -959,7 +1000,8 @@ function setStatus(text, kind) {
         el.textContent = statusOverride.text;
         el.dataset.kind = statusOverride.kind;
     } else {
-        el.textContent = `revision ${state.revision} · live`;
+        el.textContent = "live";
+        el.title = `Following the device's changes; revision ${state.revision}`;
         el.dataset.kind = "ok";
     }
 }
