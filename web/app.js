@@ -702,10 +702,10 @@ function renderDiff() {
               h("del", {}, brief(entry.value, 48)), h("span", {"aria-hidden": "true"}, " → "),
               h("span", {class: "visually-hidden"}, " becomes "),
               h("ins", {}, brief(state.staged.get(path), 48))),
-            state.elsewhere.has(path) ? h("span", {class: "badge warn"}, "changed elsewhere") : null,
-            reasons.length ? h("span", {class: "diff-reason"}, reasons.join("; ")) : null,
             h("button", {type: "button", class: "small remove", "aria-label": `Undo the change to ${path}`,
-                         title: "Undo this change", onclick: () => unstage(path)}, "✕")));
+                         title: "Undo this change", onclick: () => unstage(path)}, "✕"),
+            state.elsewhere.has(path) ? h("span", {class: "badge warn"}, "changed elsewhere") : null,
+            reasons.length ? h("span", {class: "diff-reason"}, reasons.join("; ")) : null));
     }
     const problems = problemCount();
     const pending = state.checkedKey !== canonical(stagedChanges());
@@ -1077,7 +1077,10 @@ function wire() {
     });
     document.addEventListener("keydown", (e) => {
         const typing = e.target.closest && e.target.closest("input, textarea, select");
-        if (e.key === "/" && !typing && !dialog.open) {
+        if (e.key === "Escape" && document.body.classList.contains("nav-open")) {
+            closeNavOnPhone();
+            toggle.focus();
+        } else if (e.key === "/" && !typing && !dialog.open) {
             e.preventDefault();
             search.focus();
             search.select();

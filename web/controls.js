@@ -400,9 +400,10 @@ function drawingArea(desc) {
 
 // A small drawing of rectangles or a point inside the setting's bounds.
 function drawing(area, title) {
-    const w = 120;
-    const ratio = (area.y1 - area.y0) / (area.x1 - area.x0);
-    const hgt = Math.round(Math.min(120, Math.max(40, w * ratio)));
+    // Within 120 x 80 pixels, in the bounds' own proportions (within reason).
+    const ratio = Math.min(4, Math.max(0.25, (area.y1 - area.y0) / (area.x1 - area.x0)));
+    const w = ratio > 80 / 120 ? Math.round(80 / ratio) : 120;
+    const hgt = Math.round(w * ratio);
     const svg = h("svg:svg", {
         viewBox: `0 0 ${w} ${hgt}`, width: String(w), height: String(hgt), class: "drawing",
         role: "img", "aria-label": title,

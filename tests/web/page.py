@@ -47,9 +47,10 @@ class Page:
         field.send_keys(text)
 
     def visible_paths(self):
-        return [e.get_attribute("data-path")
-                for e in self.driver.find_elements(By.CSS_SELECTOR, "[data-path]")
-                if e.is_displayed()]
+        # One round trip: asking element by element takes seconds.
+        return self.driver.execute_script(
+            "return [...document.querySelectorAll('[data-path]')]"
+            ".filter((e) => e.checkVisibility()).map((e) => e.dataset.path)")
 
     def wait_checked(self):
         """Until the page has the service's verdict on what is staged."""

@@ -32,7 +32,6 @@ def test_nothing_is_applied_by_typing_alone(page, server):
     values_before = server.file_values()
     revision = server.settings()["revision"]
     page.type("Audio/Input/Gain", "33")
-    page.type("Device/Tags", "")  # a list: focus only, no change
     page.control("Video/Mirror").send_keys(Keys.SPACE)
     page.type("Audio/Input/Balance", "999")
     page.wait_checked()
