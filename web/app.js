@@ -933,7 +933,8 @@ async function loadFile(file) {
               problems.length ? h("ul", {class: "reason", "data-role": "file-reason"},
                                   problems.map((p) => h("li", {}, messageOf(p))))
                               : null,
-              !entry ? h("div", {class: "hint"}, "not on this device") : null,
+              entry ? h("div", {class: "hint phone-only"}, "device: ", h("code", {}, brief(entry.value, 40)))
+                    : h("div", {class: "hint"}, "not on this device"),
               entry && !entry.control ? h("div", {class: "hint"}, "read-only") : null),
             h("td", {}, h("code", {}, entry ? brief(entry.value, 60) : "—")),
             h("td", {}, h("code", {}, brief(value, 60)))));
