@@ -125,8 +125,12 @@ def sample_device(oru, folder):
     for setting in description["settings"]:
         if setting["path"] == "Video/Mode":
             setting["table"].append({"name": "infrared", "value": 3, "disabled": True})
+    # A number no double holds exactly.
+    description["settings"].append({"path": "Device/Serial", "type": "Numeric:U64", "min": 0,
+                                    "max": 18446744073709551615, "default": 0, "permission": 3})
     values = json.loads(subprocess.check_output([oru, "demo", "--values"], text=True))
     values["Video/Brightness"] = 80
+    values["Device/Serial"] = 18446744073709551615
     with open(os.path.join(folder, "device.json"), "w") as f:
         json.dump(description, f, indent=2)
     with open(os.path.join(folder, "values.json"), "w") as f:

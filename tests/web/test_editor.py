@@ -63,21 +63,42 @@ def test_a_disabled_entry_cannot_be_chosen(page, server):
 
 
 def test_apply_changes_the_device_and_the_file(page, server):
+    # One change set over several families, each through its own control.
+    assert page.control("Device/Serial").get_attribute("value") == "18446744073709551615"
+    page.type("Device/Serial", "18446744073709551614")
     page.type("Audio/Input/Gain", "33")
-    select = Select(page.control("Video/Mode"))
-    select.select_by_visible_text("day (1)")
+    Select(page.control("Video/Mode")).select_by_visible_text("day (1)")
+    crop = page.control("Video/Crop")
+    right = crop.find_element(By.CSS_SELECTOR, '[aria-label="Crop right"]')
+    right.send_keys(Keys.CONTROL, "a")
+    right.send_keys("700")
+    band = page.control("Audio/Input/Equalizer").find_elements(By.CSS_SELECTOR, "input")[1]
+    band.send_keys(Keys.CONTROL, "a")
+    band.send_keys("5")
+    mirror = server.value("Video/Mirror")
+    page.control("Video/Mirror").send_keys(Keys.SPACE)
     page.wait_checked()
     assert page.reason("Audio/Input/Gain") == ""
     page.apply()
     page.wait(lambda d: not page.role("diffbar").is_displayed(), message="still staged")
-    assert server.value("Audio/Input/Gain") == 33
-    assert server.value("Video/Mode") == "day"
+    expected = {
+        "Device/Serial": 18446744073709551614,
+        "Audio/Input/Gain": 33,
+        "Video/Mode": "day",
+        "Video/Crop": {"left": 0, "top": 0, "right": 700, "bottom": 480},
+        "Video/Mirror": not mirror,
+    }
     on_disk = server.file_values()
-    assert on_disk["Audio/Input/Gain"] == 33 and on_disk["Video/Mode"] == "day"
-    # The page shows what the device now holds, with nothing left staged.
+    for path, value in expected.items():
+        assert server.value(path) == value, path
+        assert on_disk[path] == value, path
+    assert server.value("Audio/Input/Equalizer")[1] == 5
+    # A fresh page shows what the device now holds, with nothing staged.
     page.open()
+    assert page.control("Device/Serial").get_attribute("value") == "18446744073709551614"
     assert page.control("Audio/Input/Gain").get_attribute("value") == "33"
     assert "day" in Select(page.control("Video/Mode")).first_selected_option.text
+    assert not page.role("diffbar").is_displayed()
 
 
 def test_a_change_from_a_shell_updates_the_open_page_within_a_second(page, server):
