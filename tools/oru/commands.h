@@ -22,6 +22,10 @@ void AddEncode(CLI::App& program, int& status);
 void AddId(CLI::App& program, int& status);
 void AddDescribe(CLI::App& program, int& status);
 void AddCheck(CLI::App& program, int& status);
+void AddServe(CLI::App& program, int& status);
+void AddGet(CLI::App& program, int& status);
+void AddSet(CLI::App& program, int& status);
+void AddWatch(CLI::App& program, int& status);
 
 // The tour itself, for AddDemo.
 int RunDemo(Args const& args, std::ostream& out, std::ostream& err);

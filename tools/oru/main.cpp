@@ -50,6 +50,10 @@ int main(int argc, char** argv) {
     OruTool::AddId(program, status);
     OruTool::AddDescribe(program, status);
     OruTool::AddCheck(program, status);
+    OruTool::AddServe(program, status);
+    OruTool::AddGet(program, status);
+    OruTool::AddSet(program, status);
+    OruTool::AddWatch(program, status);
 
     std::string topic;
     CLI::App* const help = program.add_subcommand("help", "Explain a command: oru help COMMAND");
