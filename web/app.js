@@ -1,7 +1,7 @@
 // The settings editor: reads the device from the service, stages what the user
 // edits, asks the service's dry run for every verdict, applies one change set
 // on purpose, and follows the device's events. It talks to its own origin only.
-import {boundsText, defaultOf, family, h, makeControl} from "./controls.js";
+import {boundsText, defaultOf, h, makeControl, normalize} from "./controls.js";
 import {brief, canonical, isRaw, parse, pointerTokens, same, stringify} from "./json.js";
 
 const $ = (role) => document.querySelector(`[data-role="${role}"]`);
@@ -143,7 +143,8 @@ function build(data) {
     state.order = [];
     for (const s of data.settings) {
         const {value, ...desc} = s;
-        state.settings.set(desc.path, {desc, value, def: defaultOf(desc), live: 0});
+        state.settings.set(desc.path,
+                           {desc, value: normalize(desc, value), def: defaultOf(desc), live: 0});
         state.order.push(desc.path);
     }
     for (const path of [...state.staged.keys()]) {
@@ -172,7 +173,8 @@ async function refresh(own) {
     }
     const changes = {};
     for (const s of data.settings) {
-        if (!same(s.value, state.settings.get(s.path).value)) {
+        const entry = state.settings.get(s.path);
+        if (!same(normalize(entry.desc, s.value), entry.value)) {
             changes[s.path] = s.value;
         }
     }
@@ -182,11 +184,12 @@ async function refresh(own) {
 // Values the device now holds; own holds the paths whose change the page made.
 function takeChanges(revision, changes, own) {
     let touchedStaged = false;
-    for (const [path, value] of Object.entries(changes)) {
+    for (const [path, given] of Object.entries(changes)) {
         const entry = state.settings.get(path);
         if (!entry) {
             continue;  // not readable, so not listed
         }
+        const value = normalize(entry.desc, given);
         entry.value = value;
         if (state.staged.has(path)) {
             if (!own.has(path)) {
@@ -912,7 +915,7 @@ async function loadFile(file) {
     });
     for (const path of order) {
         const entry = state.settings.get(path);
-        const value = values[path];
+        const value = entry ? normalize(entry.desc, values[path]) : values[path];
         const problems = byPath.get(path) || [];
         const differs = !entry || !same(entry.value, value);
         if (!differs && problems.length === 0) {
@@ -973,7 +976,7 @@ async function saveFile() {
         return;
     }
     const lines = data.settings.filter((s) => s.value !== undefined && s.value !== null)
-                      .map((s) => `  ${JSON.stringify(s.path)}: ${stringify(s.value)}`);
+                      .map((s) => `  ${JSON.stringify(s.path)}: ${stringify(normalize(s, s.value))}`);
     const text = `{\n${lines.join(",\n")}\n}\n`;
     const url = URL.createObjectURL(new Blob([text], {type: "application/json"}));
     const link = h("a", {href: url, download: "values.json", hidden: true});

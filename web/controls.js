@@ -43,6 +43,29 @@ function num(value) {
     return typeof value === "number" ? value : NaN;
 }
 
+// A value in the one form the page compares and shows: an enumeration's
+// entry by the form a values file writes (its name, or its number where no
+// name leads back to it), whichever of the two the value came in.
+export function normalize(desc, value) {
+    if (value === undefined || value === null || !desc) {
+        return value;
+    }
+    const kind = family(desc.type);
+    if (kind === "Enum" && Array.isArray(desc.table)) {
+        const forms = enumForms(desc.table);
+        for (let i = 0; i < desc.table.length; ++i) {
+            if (typeof value === "string" ? forms[i] === value : same(desc.table[i].value, value)) {
+                return forms[i];
+            }
+        }
+        return value;
+    }
+    if (kind === "Composite" && Array.isArray(desc.children) && Array.isArray(value)) {
+        return value.map((part, i) => normalize(desc.children[i], part));
+    }
+    return value;
+}
+
 // The default of a setting in its value form, or undefined when it has none.
 export function defaultOf(desc) {
     switch (family(desc.type)) {
@@ -64,7 +87,7 @@ export function defaultOf(desc) {
             return parts.some((p) => p === undefined) ? undefined : parts;
         }
         default:
-            return desc.default;
+            return normalize(desc, desc.default);
     }
 }
 
