@@ -474,7 +474,8 @@ function updateRow(path) {
     const note = row.querySelector('[data-role="elsewhere"]');
     if (state.elsewhere.has(path)) {
         note.textContent = `Changed elsewhere to ${brief(state.elsewhere.get(path))} while you ` +
-                           `edited it; applying puts your value in its place.`;
+                           `edited it. Your value is still staged: Apply asks you to confirm it ` +
+                           `over that change, or Undo takes the device's.`;
         row.classList.add("conflicting");
     } else {
         note.textContent = "";
@@ -1043,6 +1044,16 @@ function wire() {
         if (open) {
             const current = document.querySelector('.tree-item[aria-current="true"]');
             (current || document.querySelector(".tree-item")).focus();
+        }
+    });
+    $("nav-close").addEventListener("click", () => {
+        closeNavOnPhone();
+        toggle.focus();
+    });
+    // A tap beside the open sections closes them.
+    document.addEventListener("click", (e) => {
+        if (document.body.classList.contains("nav-open") && !e.target.closest("nav, .nav-toggle")) {
+            closeNavOnPhone();
         }
     });
     const search = $("search");

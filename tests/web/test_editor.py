@@ -168,6 +168,10 @@ def test_search_and_the_non_default_filter_narrow_the_list(page, server):
             assert setting["path"] not in shown
     assert len(shown) < len(defaults)
     page.role("non-default").click()
+    # The tree narrows to one section and the sections below it.
+    page.driver.find_element(By.CSS_SELECTOR, '.tree-item[data-section="Audio"]').click()
+    page.wait(lambda d: len(page.visible_paths()) < len(everything))
+    assert sorted(page.visible_paths()) == sorted(p for p in everything if p.startswith("Audio/"))
 
 
 def test_a_loaded_file_shows_its_difference_with_every_problem(page, server):
