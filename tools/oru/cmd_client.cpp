@@ -188,7 +188,8 @@ int Get(GetOptions const& options) {
                 PrintProblems("get", answer);
                 return 1;
             }
-            for (Json const& setting : Json::parse(answer.body)["settings"]) {
+            Json const all = Json::parse(answer.body);
+            for (Json const& setting : all["settings"]) {
                 if (setting.contains("value")) {
                     values[setting["path"].get<std::string>()] = setting["value"];
                 }

@@ -532,11 +532,18 @@ Response Service::State::Route(Request const& request) {
 }
 
 std::string Service::State::ValueOf(Entry const& entry) const {
-    boost::intrusive_ptr<ItemHolder const> const holder = directory.FindItem(entry.id);
-    if (!holder || !holder->GetItem() || !Files::RecordLimit(*holder->GetItem()).empty()) {
+    boost::intrusive_ptr<InfoItemHolder const> const slot = directory.FindInfoItem(entry.id);
+    if (!slot || !slot->GetItemHolder() || !slot->GetItemHolder()->GetItem() ||
+        !slot->GetInfoHolder() || !slot->GetInfoHolder()->GetInfo()) {
         return std::string();
     }
-    return Files::WriteValue(*holder->GetItem());
+    ItemBase const& item = *slot->GetItemHolder()->GetItem();
+    if (!Files::RecordLimit(item).empty()) {
+        return std::string();
+    }
+    // What a values file holds for the setting; nothing for a family without a form.
+    std::string value = Files::WriteValue(item, *slot->GetInfoHolder()->GetInfo());
+    return value == "null" ? std::string() : value;
 }
 
 Response Service::State::Settings() const {
