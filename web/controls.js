@@ -446,11 +446,12 @@ function drawing(area, title) {
                 if (![l, t, rr, b].every(Number.isFinite)) {
                     continue;
                 }
+                // A rectangle small against its bounds still shows where it lies.
                 const x = sx(Math.min(l, rr)), y = sy(Math.min(t, b));
                 layer.append(h("svg:rect", {
-                    x: String(x), y: String(y),
-                    width: String(Math.max(1, sx(Math.max(l, rr)) - x)),
-                    height: String(Math.max(1, sy(Math.max(t, b)) - y)), class: "shape",
+                    x: String(Math.min(x, w - 3)), y: String(Math.min(y, hgt - 3)),
+                    width: String(Math.max(3, sx(Math.max(l, rr)) - x)),
+                    height: String(Math.max(3, sy(Math.max(t, b)) - y)), class: "shape",
                 }));
             }
         },
