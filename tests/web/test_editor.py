@@ -5,6 +5,7 @@ import tempfile
 import time
 
 import pytest
+from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import Select
@@ -240,3 +241,25 @@ def test_screenshots_at_desktop_and_phone_width(page, server, shots):
         overflow = page.shot(os.path.join(shots, "editor-%d.png" % width), width, height)
         assert overflow <= 0, "the page is wider than %d px" % width
     page.role("discard").click()
+
+
+def test_every_control_has_a_label_and_the_keyboard_reaches_it(page, server):
+    unlabelled = page.driver.execute_script("""
+        const named = (e) => (e.getAttribute('aria-label') || '').trim() ||
+            (e.getAttribute('aria-labelledby') || '').split(' ').some(
+                (id) => id && document.getElementById(id)) ||
+            (e.labels && [...e.labels].some((l) => l.textContent.trim())) ||
+            (e.tagName === 'BUTTON' && e.textContent.trim());
+        return [...document.querySelectorAll('input, select, textarea, button')]
+            .filter((e) => !named(e)).map((e) => e.outerHTML.slice(0, 80));""")
+    assert unlabelled == []
+    # Tab from the search box reaches the first setting's control without a mouse.
+    page.role("search").click()
+    first = page.driver.find_element(By.CSS_SELECTOR, "[data-path] [data-role=value]")
+    target = first if first.tag_name in ("input", "select", "textarea") else \
+        first.find_element(By.CSS_SELECTOR, "input, select, textarea")
+    for _ in range(40):
+        ActionChains(page.driver).send_keys(Keys.TAB).perform()
+        if page.driver.switch_to.active_element == target:
+            break
+    assert page.driver.switch_to.active_element == target
