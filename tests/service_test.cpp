@@ -274,6 +274,7 @@ TEST(ServiceTest, CheckAnswersWhatApplyWouldAndAppliesNothing) {
              Files::ReadValues(row.changes, directory, Files::Apply::AllOrNothing).problems) {
             std::string path = problem.pointer.substr(1, problem.pointer.find('/', 1) - 1);
             path.replace(path.find("~1"), 2, "/");
+            path = problem.path.empty() ? path : problem.path;
             expected.push_back(Json{{"pointer", "/changes" + problem.pointer},
                                     {"path", path},
                                     {"message", problem.message}});

@@ -1,32 +1,27 @@
 #include "checking.h"
 
-#include <legacy/oru/files/description.h>
-
 namespace Legacy {
 namespace Oru {
 namespace Service {
 
 namespace {
 
-// Values are checked each against its own Info, so a second directory of
-// the same description answers for the device without touching it.
-class ScratchChecker : public Checker {
+// The files layer's one check, run over the device itself with nothing applied.
+class DirectoryChecker : public Checker {
 public:
-    explicit ScratchChecker(std::string const& description) {
-        Files::ReadDescription(description, scratch_);
-    }
+    explicit DirectoryChecker(InfoItemDirectory& directory) : directory_(directory) {}
     Files::ValuesReport Check(std::string const& values) override {
-        return Files::ReadValues(values, scratch_, Files::Apply::AllOrNothing);
+        return Files::ReadValues(values, directory_, Files::Apply::Nothing);
     }
 
 private:
-    InfoItemDirectory scratch_;
+    InfoItemDirectory& directory_;
 };
 
 }  // namespace
 
-std::unique_ptr<Checker> Checker::Make(std::string const& description, InfoItemDirectory&) {
-    return std::make_unique<ScratchChecker>(description);
+std::unique_ptr<Checker> Checker::Make(InfoItemDirectory& directory) {
+    return std::make_unique<DirectoryChecker>(directory);
 }
 
 }  // namespace Service

@@ -14,9 +14,8 @@ namespace Service {
 
 class Checker {
 public:
-    // For the settings of directory, which description describes.
-    static std::unique_ptr<Checker> Make(std::string const& description,
-                                         InfoItemDirectory& directory);
+    // For the settings of directory.
+    static std::unique_ptr<Checker> Make(InfoItemDirectory& directory);
     virtual ~Checker() = default;
     // The report ReadValues would give for values, with nothing applied.
     virtual Files::ValuesReport Check(std::string const& values) = 0;

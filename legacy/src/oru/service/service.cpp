@@ -306,7 +306,7 @@ std::unique_ptr<Service> Service::Load(std::string const& description, std::stri
         problems.insert(problems.end(), report.problems.begin(), report.problems.end());
         return nullptr;
     }
-    state->checker = Checker::Make(described, state->directory);
+    state->checker = Checker::Make(state->directory);
 
     // Infos never change while serving: each entry is described once.
     Json const document = Json::parse(Files::WriteDescription(state->directory));
@@ -638,8 +638,9 @@ Response Service::State::Changes(Request const& request, bool apply) {
         apply && !refused ? Files::ReadValues(values, directory, Files::Apply::AllOrNothing)
                           : checker->Check(values);
     for (Files::Problem const& problem : report.problems) {
-        problems.push_back(
-            ProblemJson("/changes" + problem.pointer, PathOf(problem.pointer), problem.message));
+        problems.push_back(ProblemJson(
+            "/changes" + problem.pointer,
+            problem.path.empty() ? PathOf(problem.pointer) : problem.path, problem.message));
     }
     Json answer = Json::object();
     if (!problems.empty()) {
