@@ -318,6 +318,14 @@ std::string WriteValue(ItemBase const& item) {
     return out;
 }
 
+std::string WriteValue(ItemBase const& item, InfoBase const& info) {
+    std::string out;
+    if (!AppendValue(out, item, &info)) {
+        return "null";
+    }
+    return out;
+}
+
 }  // namespace Files
 }  // namespace Oru
 }  // namespace Legacy

@@ -65,6 +65,10 @@ ORU_API boost::intrusive_ptr<ItemBase> ReadValue(std::string const& json, InfoBa
 // The JSON form of one Item's value.
 ORU_API std::string WriteValue(ItemBase const& item);
 
+// The same, in the form a values file gives the setting of info: an
+// enumeration by its entry's name, as WriteValues writes it.
+ORU_API std::string WriteValue(ItemBase const& item, InfoBase const& info);
+
 // Why the serial record of item could not hold its value, in words ("a
 // composite record holds at most 65535 children, this one has 65537"); empty
 // when it can. The model writes such a record all the same (a composite's
