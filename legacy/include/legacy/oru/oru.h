@@ -9,6 +9,7 @@
 #include <legacy/oru/appendpoint.h>
 #include <legacy/oru/appprotocol.h>
 #include <legacy/oru/bool.h>
+#include <legacy/oru/catalogue.h>
 #include <legacy/oru/collection.h>
 #include <legacy/oru/colour.h>
 #include <legacy/oru/composite.h>

@@ -3,6 +3,7 @@
 #ifndef LEGACY_ORU_FILES_FILES_H
 #define LEGACY_ORU_FILES_FILES_H
 
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/files/description.h>
 #include <legacy/oru/files/explain.h>
 #include <legacy/oru/files/problem.h>

@@ -1,12 +1,13 @@
 // Problem: one thing wrong with a settings file, or with one value in it:
 // where it is, as a JSON pointer into the file ("/settings/3/max"; empty for
-// the file as a whole), and what is wrong, in words.
+// the file as a whole), the setting it concerns, and what is wrong, in words.
 //
 // Plain values; any thread.
 #ifndef LEGACY_ORU_FILES_PROBLEM_H
 #define LEGACY_ORU_FILES_PROBLEM_H
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <legacy/oru/export.h>
@@ -16,11 +17,18 @@ namespace Oru {
 namespace Files {
 
 struct ORU_API Problem {
+    Problem() = default;
+    Problem(std::string pointer_, std::string message_, std::string path_ = std::string())
+        : pointer(std::move(pointer_)), message(std::move(message_)), path(std::move(path_)) {}
+
     std::string pointer;
     std::string message;
+    // The path of the setting the problem concerns ("Audio/Input/Gain"); empty
+    // when it concerns no one setting.
+    std::string path;
 
     bool operator==(Problem const& other) const {
-        return pointer == other.pointer && message == other.message;
+        return pointer == other.pointer && message == other.message && path == other.path;
     }
     bool operator!=(Problem const& other) const { return !(*this == other); }
 };

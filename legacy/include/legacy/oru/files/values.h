@@ -29,20 +29,21 @@ enum class Apply {
     Passing,
     // Nothing is applied when any value fails.
     AllOrNothing,
+    // Every value is read and checked, and nothing is applied: a dry run.
+    Nothing,
 };
 
 struct ORU_API ValuesReport {
-    // Every value that could not be read or failed its check, with the path
-    // as pointer and, for a failed check, the text Explain gives.
+    // Every value that could not be read or failed Check, each with its
+    // setting's path (pointer and path) and the reason.
     Problems problems;
-    // How many settings were set.
+    // How many settings were set (none for Apply::Nothing).
     std::size_t applied = 0;
 };
 
-// Reads the values in json for the settings of directory, checks each against
-// its Info, and applies those that pass as one change set, so that observers
-// see ItemChanged_ for each. A value whose serial record could not hold it
-// (see RecordLimit) is refused too.
+// Reads the values in json for the settings of directory, checks each with
+// Check, and applies those that pass as one change set, so that observers
+// see ItemChanged_ for each.
 ORU_API ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory,
                                 Apply mode = Apply::Passing);
 
