@@ -1,47 +1,26 @@
 #include "bridge.h"
 
+#include <legacy/oru/catalogue.h>
 #include <legacy/oru/files/description.h>
 #include <legacy/oru/files/values.h>
-
-// Until the files layer publishes its catalogue of families, the names come
-// from the registry the program reads too.
-#include "registry.h"
-#include "typetext.h"
 
 namespace OruPython {
 
 using namespace Legacy::Oru;
 
-namespace {
-
-std::string FamilyName(OruType_t type, NumericType_t numericType) {
-    Registry::Row const* const row =
-        Registry::Find(static_cast<std::uint8_t>(type), static_cast<std::uint8_t>(numericType));
-    std::string name = row ? row->family : OruTypeText(type);
-    if (numericType != NumericType_t::Undefined) {
-        name += ":";
-        name += NumericTypeText(numericType);
-    }
-    return name;
-}
-
-}  // namespace
-
 std::string FamilyOf(InfoBase const& info) {
-    return FamilyName(info.GetType(), info.GetNumericType());
+    return Catalogue::FamilyName(info.GetType(), info.GetNumericType());
 }
 
 std::string FamilyOf(ItemBase const& item) {
-    return FamilyName(item.GetType(), item.GetNumericType());
+    return Catalogue::FamilyName(item.GetType(), item.GetNumericType());
 }
 
 bool HoldsFloats(std::string const& family) {
-    auto const endsWith = [&family](char const* tail) {
-        std::string const end(tail);
-        return family.size() >= end.size() &&
-               family.compare(family.size() - end.size(), end.size(), end) == 0;
-    };
-    return endsWith(":Float") || endsWith(":Double") || family == "Colour";
+    Catalogue::Family const* const found = Catalogue::FindFamily(family);
+    return found && (found->numericType == NumericType_t::Float ||
+                     found->numericType == NumericType_t::Double ||
+                     found->type == OruType_t::Colour || found->type == OruType_t::Orientation);
 }
 
 Files::Problems DryRun(std::string const& json, InfoItemDirectory& directory) {
@@ -55,6 +34,9 @@ Files::Problems DryRun(std::string const& json, InfoItemDirectory& directory) {
 }
 
 std::string PathOf(Files::Problem const& problem) {
+    if (!problem.path.empty()) {
+        return problem.path;
+    }
     std::string const& pointer = problem.pointer;
     if (pointer.size() < 2 || pointer[0] != '/') {
         return std::string();
