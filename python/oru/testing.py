@@ -186,12 +186,17 @@ def _bool(info: Dict[str, Any]) -> Edges:
 
 
 def _colour(info: Dict[str, Any]) -> Edges:
-    # Colour bounds are stored and shown, never enforced: only the form is.
     passing = [Edge("min", info["min"]), Edge("max", info["max"]), Edge("default", info["default"])]
-    failing = [
-        Edge("a member missing", {k: v for k, v in info["default"].items() if k != "b"}),
-        Edge("text as a member", dict(info["default"], a="1")),
-    ]
+    failing = []
+    for part in "argb":
+        below = _next(info["min"][part], "Float", False)
+        above = _next(info["max"][part], "Float", True)
+        if below is not None:
+            failing.append(Edge("%s below min" % part, dict(info["min"], **{part: below})))
+        if above is not None:
+            failing.append(Edge("%s above max" % part, dict(info["max"], **{part: above})))
+    failing.append(Edge("a member missing", {k: v for k, v in info["default"].items() if k != "b"}))
+    failing.append(Edge("text as a member", dict(info["default"], a="1")))
     return Edges(passing, failing + _wrong_type({}))
 
 
@@ -239,11 +244,20 @@ def _rectangle(info: Dict[str, Any]) -> Edges:
 
 
 def _rect_array(info: Dict[str, Any]) -> Edges:
-    # Each rectangle within the corners' bounds; the sizes are not enforced.
     one = _axes(info, _element(info["family"]), _RECTANGLE)
-    passing = [Edge("no rectangle", [])]
-    passing += [Edge("a rectangle at its " + e.label, [e.value]) for e in one.passing]
-    failing = [Edge("a rectangle with " + e.label, [e.value]) for e in one.failing]
+    inside = one.passing[0].value
+    low, high = info.get("minSize", 0), info.get("maxSize", 0)
+    passing, failing = [], []
+    if low <= _LONGEST:
+        passing.append(Edge("minSize rectangles", [inside] * low))
+        if low > 0:
+            failing.append(Edge("minSize - 1 rectangles", [inside] * (low - 1)))
+    if high <= _LONGEST:
+        passing.append(Edge("maxSize rectangles", [inside] * high))
+        failing.append(Edge("maxSize + 1 rectangles", [inside] * (high + 1)))
+    if high > 0:
+        passing += [Edge("a rectangle at its " + e.label, [e.value]) for e in one.passing]
+        failing += [Edge("a rectangle with " + e.label, [e.value]) for e in one.failing]
     return Edges(passing, failing + _wrong_type([]))
 
 

@@ -63,12 +63,6 @@ def test_a_fixed_bool_takes_only_its_default(wide):
     assert wide["Wide/Locked"] is True
 
 
-@pytest.mark.xfail(strict=True, reason="the check passes a disabled entry, as the model's "
-                   "Validate does; refusing it is a rule the files layer has yet to make")
-def test_a_disabled_entry_is_refused(wide):
-    assert [p.path for p in wide.check({"Wide/Level": "mid"})] == ["Wide/Level"]
-
-
 def test_a_value_with_many_wrong_parts_lists_each(wide):
     with pytest.raises(oru.CheckError) as raised:
         wide["Wide/Window"] = {"left": "a", "top": 0, "right": 2**40, "bottom": 0}
