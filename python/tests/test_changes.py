@@ -1,6 +1,7 @@
 """Change sets and events: all or nothing, one event per applied value,
 pulled by the script on its own thread."""
 
+import json
 import threading
 import time
 
@@ -114,10 +115,21 @@ def test_threads_may_share_a_device(device):
     assert len(events) == 4 * 200 * 2
 
 
-def test_a_large_change_set_applies_as_one(wide):
-    paths = ["Wide/%s" % name for name in ("U8", "S8", "Count", "Label")]
-    values = {paths[0]: 255, paths[1]: -128, paths[2]: 20, paths[3]: "abcd"}
-    with wide.change() as c:
-        for path, value in values.items():
-            c[path] = value
-    assert {path: wide[path] for path in paths} == values
+def test_a_large_change_set_applies_as_one_or_not_at_all():
+    # Large enough that the set is applied without the GIL.
+    count = 5000
+    paths = ["Big/Setting%d" % i for i in range(count)]
+    device = oru.Directory.from_json(json.dumps({"settings": [
+        {"path": p, "type": "Numeric:U16", "max": 1000, "default": 0} for p in paths]}))
+    with device.change() as c:
+        for i, path in enumerate(paths):
+            c[path] = i % 1000
+    assert [device[p] for p in paths[995:1002]] == [995, 996, 997, 998, 999, 0, 1]
+    assert len(device.events()) == count
+    with pytest.raises(oru.CheckError) as raised:
+        with device.change() as c:
+            for path in paths:
+                c[path] = 7
+            c[paths[-1]] = 1001
+    assert [p.path for p in raised.value.problems] == [paths[-1]]
+    assert device[paths[0]] == 0 and device.events() == []
