@@ -500,7 +500,9 @@ PYBIND11_MODULE(_oru, m) {
                 if (values.is_none()) {
                     return Load(text, nullptr);
                 }
-                std::string const valuesText = ReadFile(FsPath(values));
+                // A values file, or the values themselves as a dict.
+                std::string const valuesText =
+                    PyDict_Check(values.ptr()) ? ValuesJson(values) : ReadFile(FsPath(values));
                 return Load(text, &valuesText);
             },
             py::arg("description"), py::arg("values") = py::none())

@@ -88,9 +88,8 @@ def sample_values(sample_files):
 @pytest.fixture
 def device(sample_files, sample_values):
     """A fresh sample device with its values, its events pulled."""
-    made = oru.Directory.load(sample_files[0])
-    made.update(sample_values)
-    made.events()
+    made = oru.Directory.load(sample_files[0], values=sample_values)
+    assert made.events() == []
     return made
 
 
