@@ -4,6 +4,7 @@
 #include <climits>
 #include <utility>
 
+#include "checkrules.h"
 #include "families.h"
 
 namespace Legacy {
@@ -188,6 +189,22 @@ bool ReadString(JsonValue const& value, std::string& out, Sink& sink, std::strin
 
 namespace {
 
+// A text that names no port reads as port 0 and is written back with ":0":
+// the port must be written, even when it is 0.
+bool PortGiven(std::string const& text, StrEndpoint const& endpoint, Sink& sink,
+               std::string const& pointer) {
+    if (endpoint.GetPort() != 0 || endpoint.GetAddr().ToString().empty() ||
+        (text.size() >= 2 && text.compare(text.size() - 2, 2, ":0") == 0)) {
+        return true;
+    }
+    if (!CheckRules::EndpointProblem(endpoint).empty()) {
+        // The check names what is wrong with the address itself.
+        return true;
+    }
+    sink.Add(pointer, Shown(text, 64) + " has no port; write it as " + Shown(text, 64) + ":PORT");
+    return false;
+}
+
 void AppendEndpoint(std::string& out, StrEndpoint const& endpoint) {
     std::string const text = endpoint.ToString();
     if (StrEndpoint::FromString(text) == endpoint) {
@@ -206,7 +223,7 @@ bool ReadEndpoint(JsonValue const& value, StrEndpoint& out, Sink& sink,
                   std::string const& pointer) {
     if (Kind::String == value.kind) {
         out = StrEndpoint::FromString(value.text);
-        return true;
+        return PortGiven(value.text, out, sink, pointer);
     }
     if (Kind::Object != value.kind) {
         sink.Add(pointer, Expected("a string \"address:port\" or an object", value));
@@ -258,8 +275,21 @@ bool ReadAppEndpoint(JsonValue const& value, StrAppEndpoint& out, Sink& sink,
                                   Shown(value.text, 32) + "\"");
             return false;
         }
+        std::string const scheme = value.text.substr(0, value.text.find("://"));
+        if (AppProtocolInfoFromScheme(scheme).type == AppProtocolType_t::Unknown &&
+            scheme != AppProtocolScheme(AppProtocolType_t::Unknown)) {
+            std::vector<std::string> const schemes = CheckRules::Schemes();
+            std::string allowed;
+            for (std::string const& known : schemes) {
+                allowed += (allowed.empty() ? "" : ", ") + known;
+            }
+            std::string const hint = CheckRules::DidYouMean(scheme, schemes);
+            sink.Add(pointer, "unknown scheme " + Shown(scheme, 32) +
+                                  (hint.empty() ? "; allowed: " + allowed : hint));
+            return false;
+        }
         out = StrAppEndpoint::FromUri(value.text);
-        return true;
+        return PortGiven(value.text, out.GetEndpoint(), sink, pointer);
     }
     if (Kind::Object != value.kind) {
         sink.Add(pointer, Expected("a URI or an object", value));
@@ -723,6 +753,28 @@ bool ReadMessage(JsonValue const& value, LocalizedStringItem& item, Sink& sink,
     return ok;
 }
 
+// "; did you mean manual?" when a name is near, else the names allowed.
+std::string EntryHint(EnumInfo const* info, std::string const& name) {
+    if (!info) {
+        return std::string();
+    }
+    std::vector<std::string> names;
+    for (auto const& entry : info->GetTable()) {
+        if (!entry.disabled) {
+            names.push_back(entry.name);
+        }
+    }
+    std::string const hint = CheckRules::DidYouMean(name, names);
+    if (!hint.empty()) {
+        return hint;
+    }
+    std::string text = "; allowed: ";
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        text += (i == 0 ? "" : ", ") + Shown(names[i], 32);
+    }
+    return names.empty() ? std::string("; no entry is allowed") : text;
+}
+
 ItemPtr ReadComposite(JsonValue const& value, InfoBase const& info, Sink& sink,
                       std::string const& pointer) {
     auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(&info);
@@ -779,7 +831,8 @@ ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
                 if (Kind::String == value.kind) {
                     auto const* enumInfo = dynamic_cast<EnumInfo const*>(&info);
                     if (!enumInfo || enumInfo->GetElemVal(value.text, item->Val()) != 0) {
-                        sink.Add(pointer, "no entry is named \"" + Shown(value.text, 32) + "\"");
+                        sink.Add(pointer, "no entry is named \"" + Shown(value.text, 32) + "\"" +
+                                              EntryHint(enumInfo, value.text));
                         return nullptr;
                     }
                     return item;

@@ -53,24 +53,30 @@ public:
         inValue_ = 0;
         dropped_ = 0;
     }
+    // The setting the problems added next concern, for their path.
+    void SetPath(std::string path) { path_ = std::move(path); }
     void Add(std::string pointer, std::string message) {
+        Add(std::move(pointer), std::move(message), path_);
+    }
+    void Add(std::string pointer, std::string message, std::string const& path) {
         if (inValue_ >= k_maxProblemsPerValue) {
             ++dropped_;
             return;
         }
         ++inValue_;
-        problems_.push_back(Problem{std::move(pointer), std::move(message)});
+        problems_.push_back(Problem(std::move(pointer), std::move(message), path));
     }
     void EndValue(std::string const& pointer) {
         if (dropped_ > 0) {
             problems_.push_back(
-                Problem{pointer, std::to_string(dropped_) + " more problems in this value"});
+                Problem(pointer, std::to_string(dropped_) + " more problems in this value", path_));
         }
         BeginValue();
     }
 
 private:
     Problems& problems_;
+    std::string path_;
     std::size_t inValue_ = 0;
     std::size_t dropped_ = 0;
 };
@@ -180,6 +186,13 @@ std::string OutOfRange(JsonValue const& value, char const* name) {
     return message;
 }
 
+// "16777217 is not exact in Float: it would be held as 16777216".
+template <class E>
+std::string Inexact(JsonValue const& value, char const* name, E held) {
+    return NumberText(value) + " is not exact in " + name + ": it would be held as " +
+           NumberText(held);
+}
+
 // A number from the file's digits: exact for every integer type, never
 // wrapped, truncated or rounded into range.
 template <class E>
@@ -188,9 +201,17 @@ bool ReadElement(JsonValue const& value, E& out, std::string& why, char const* n
         switch (value.kind) {
             case Kind::Unsigned:
                 out = static_cast<E>(value.natural);
+                if (static_cast<long double>(out) != static_cast<long double>(value.natural)) {
+                    why = Inexact(value, name, out);
+                    return false;
+                }
                 return true;
             case Kind::Integer:
                 out = static_cast<E>(value.integer);
+                if (static_cast<long double>(out) != static_cast<long double>(value.integer)) {
+                    why = Inexact(value, name, out);
+                    return false;
+                }
                 return true;
             case Kind::Float: {
                 char const* const begin = value.text.data();

@@ -12,9 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include <legacy/oru/files/explain.h>
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/oru.h>
 
+#include "checkrules.h"
 #include "families.h"
 #include "valueform.h"
 #include "valuejson.h"
@@ -26,88 +27,6 @@ namespace Files {
 namespace {
 
 using namespace ValueForm;
-
-// ---- checking ------------------------------------------------------------
-
-// The families whose model check refuses every value are checked by what
-// their own classes offer instead: table membership, or bounds.
-bool CheckItem(ItemBase const& item, InfoPtr const& info, Sink& sink, std::string const& pointer) {
-    std::string text;
-    bool ok = true;
-    switch (info->GetType()) {
-        case OruType_t::NumericSparse:
-            VisitElement(info->GetNumericType(), [&](auto traits) {
-                using T = decltype(traits);
-                auto const* sparseInfo = dynamic_cast<NumericSparseInfo<T> const*>(info.get());
-                auto const* sparse = As<NumericSparseItem<T>>(item);
-                ok = sparseInfo && sparse && sparseInfo->IsPresent(sparse->GetVal());
-            });
-            if (!ok) {
-                AppendValue(text, item, info.get());
-                sink.Add(pointer, Quoted(info->GetName()) + text + " is not an allowed value");
-            }
-            return ok;
-        case OruType_t::StringSparse: {
-            auto const* sparseInfo = dynamic_cast<StringSparseInfo const*>(info.get());
-            auto const* sparse = As<StringSparseItem>(item);
-            if (sparseInfo && sparse && sparseInfo->IsPresent(sparse->Val())) {
-                return true;
-            }
-            AppendValue(text, item, info.get());
-            sink.Add(pointer, Quoted(info->GetName()) + text + " is not an allowed value");
-            return false;
-        }
-        case OruType_t::Coordinate:
-        case OruType_t::Rectangle:
-        case OruType_t::RectArray:
-            ok = false;
-            VisitGeometry(info->GetNumericType(), [&](auto traits) {
-                using T = decltype(traits);
-                if (auto const* coordinateInfo =
-                        dynamic_cast<CoordinateInfo<T> const*>(info.get())) {
-                    auto const* coordinate = As<CoordinateItem<T>>(item);
-                    ok = coordinate && coordinate->WithinBounds(*coordinateInfo);
-                } else if (auto const* rectInfo = dynamic_cast<RectInfo<T> const*>(info.get())) {
-                    auto const* rect = As<RectItem<T>>(item);
-                    ok = rect && rect->WithinBounds(*rectInfo);
-                }
-                if constexpr (std::is_same<T, U16Traits>::value) {
-                    if (auto const* rectsInfo = dynamic_cast<RectArrayInfo<T> const*>(info.get())) {
-                        auto const* rects = As<RectArrayItem<T>>(item);
-                        ok = rects && rects->WithinBounds(*rectsInfo);
-                    }
-                }
-            });
-            if (!ok) {
-                AppendValue(text, item, info.get());
-                sink.Add(pointer, Quoted(info->GetName()) + text + " is outside its bounds");
-            }
-            return ok;
-        default:
-            break;
-    }
-    if (item.Validate(info)) {
-        std::optional<Explanation> const why = Explain(item, info);
-        sink.Add(pointer, why ? why->text : Quoted(info->GetName()) + "the value fails its check");
-        return false;
-    }
-    // A composite's own check looks at its shape; its parts are checked here.
-    if (OruType_t::Composite == info->GetType()) {
-        auto const* composite = As<CompositeItem>(item);
-        auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(info.get());
-        if (!composite || !compositeInfo) {
-            return true;
-        }
-        for (std::size_t i = 0; i < composite->GetSize(); ++i) {
-            CompositeItem::ConstItemPtr const child = composite->GetItem(i);
-            InfoPtr const childInfo = compositeInfo->GetInfo(i);
-            if (child && childInfo) {
-                ok = CheckItem(*child, childInfo, sink, Child(pointer, i)) && ok;
-            }
-        }
-    }
-    return ok;
-}
 
 // The payload size the record of item needs, without the 32-bit wrap of
 // GetSerialDataSize; false when a composite's count passes its 16 bits.
@@ -154,6 +73,18 @@ private:
     std::unordered_map<unsigned int, std::string> sections_;
 };
 
+std::vector<std::string> AllPaths(InfoItemDirectory const& directory) {
+    std::vector<boost::intrusive_ptr<InfoItemHolder const>> slots;
+    directory.GetAllInfoItems(slots);
+    PathNames names(directory);
+    std::vector<std::string> paths;
+    paths.reserve(slots.size());
+    for (auto const& slot : slots) {
+        paths.push_back(names.Path(*slot->GetInfoHolder()->GetInfo()));
+    }
+    return paths;
+}
+
 }  // namespace
 
 ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, Apply mode) {
@@ -162,9 +93,16 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
     auto delta = std::make_shared<InfoItemDirectoryDelta>();
     // Where each setting's member stands in origins, to find a key given
     // twice and to name the value the directory refuses.
-    std::vector<std::pair<unsigned int, std::string>> origins;
+    struct Origin {
+        unsigned int id;
+        std::string pointer;
+        std::string path;
+    };
+    std::vector<Origin> origins;
     std::unordered_map<unsigned int, std::size_t> seen;
     std::unordered_set<std::string> unknown;
+    // Every path, gathered at the first unknown one, to suggest the nearest.
+    std::vector<std::string> paths;
     std::size_t const expected = std::min<std::size_t>(json.size() / 16, std::size_t(1) << 20);
     seen.reserve(expected);
     origins.reserve(expected);
@@ -181,30 +119,39 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
                 refusal = "the key appears twice";
                 return false;
             }
-            sink.Add(std::move(pointer), "no setting has this path");
+            if (paths.empty()) {
+                paths = AllPaths(directory);
+            }
+            sink.Add(std::move(pointer),
+                     "no setting has this path" + CheckRules::DidYouMean(key, paths), key);
             return true;
         }
         InfoPtr const info = slot->GetInfoHolder()->GetInfo();
         auto const first = seen.emplace(info->GetId(), origins.size());
         if (!first.second) {
-            if (origins[first.first->second].second == pointer) {
+            if (origins[first.first->second].pointer == pointer) {
                 refusal = "the key appears twice";
                 return false;
             }
-            sink.Add(std::move(pointer), "the setting is given twice, under another path");
+            sink.Add(std::move(pointer), "the setting is given twice, under another path", key);
             return true;
         }
+        sink.SetPath(key);
         ItemPtr const item = ReadItem(value, *info, sink, pointer);
-        std::string const limit = item ? RecordLimit(*item) : std::string();
-        if (!limit.empty()) {
-            sink.Add(pointer, limit);
+        bool passed = false;
+        if (item) {
+            Problems const found = Check(*item, info, pointer);
+            for (Problem const& problem : found) {
+                sink.Add(problem.pointer, problem.message);
+            }
+            passed = found.empty();
         }
-        bool const passed = item && limit.empty() && CheckItem(*item, info, sink, pointer);
         sink.EndValue(pointer);
+        sink.SetPath(std::string());
         if (passed) {
             delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
         }
-        origins.emplace_back(info->GetId(), std::move(pointer));
+        origins.push_back(Origin{info->GetId(), std::move(pointer), key});
         return true;
     };
 
@@ -214,7 +161,8 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
         return report;
     }
     auto const& items = delta->GetItemHolderPtrMap_addMod();
-    if (items.empty() || (Apply::AllOrNothing == mode && !report.problems.empty())) {
+    if (items.empty() || Apply::Nothing == mode ||
+        (Apply::AllOrNothing == mode && !report.problems.empty())) {
         return report;
     }
     int const code = directory.UpdateFromDelta(delta, false, true);
@@ -233,15 +181,19 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
         }
     }
     std::string pointer;
+    std::string path;
     for (auto const& origin : origins) {
-        if (origin.first == refused) {
-            pointer = origin.second;
+        if (origin.id == refused) {
+            pointer = origin.pointer;
+            path = origin.path;
         }
     }
-    report.problems.push_back(
-        Problem{pointer, "the directory refused the value with code " + std::to_string(code) +
-                             "; " + std::to_string(report.applied) + " of " +
-                             std::to_string(items.size()) + " values were applied"});
+    report.problems.push_back(Problem{pointer,
+                                      "the directory refused the value with code " +
+                                          std::to_string(code) + "; " +
+                                          std::to_string(report.applied) + " of " +
+                                          std::to_string(items.size()) + " values were applied",
+                                      path});
     return report;
 }
 
@@ -264,11 +216,20 @@ std::string WriteValues(InfoItemDirectory const& directory, Problems& problems) 
         }
         InfoBase const& info = *slot->GetInfoHolder()->GetInfo();
         ItemBase const& item = *itemHolder->GetItem();
-        std::string const limit = RecordLimit(item);
         value.clear();
-        if (!limit.empty() || !AppendValue(value, item, &info)) {
-            problems.push_back(Problem{"/" + PointerToken(paths.Path(info)),
-                                       limit.empty() ? NoValueForm(item) : limit});
+        if (!AppendValue(value, item, &info)) {
+            std::string const path = paths.Path(info);
+            problems.push_back(Problem("/" + PointerToken(path), NoValueForm(item), path));
+            continue;
+        }
+        // A value its own forms would change is not written as if it were held.
+        Problems const forms = CheckRules::Forms(item, info, std::string());
+        if (!forms.empty()) {
+            std::string const path = paths.Path(info);
+            for (Problem const& problem : forms) {
+                problems.push_back(
+                    Problem("/" + PointerToken(path) + problem.pointer, problem.message, path));
+            }
             continue;
         }
         out += first ? "\n  " : ",\n  ";
@@ -287,7 +248,7 @@ boost::intrusive_ptr<ItemBase> ReadValue(std::string const& json, InfoBase const
     Problems refused;
     if (!ReadJsonValue(json, value, refused)) {
         for (Problem const& problem : refused) {
-            problems.push_back(Problem{pointer + problem.pointer, problem.message});
+            problems.push_back(Problem(pointer + problem.pointer, problem.message));
         }
         return nullptr;
     }
