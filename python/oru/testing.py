@@ -119,11 +119,27 @@ def _numeric(info: Dict[str, Any]) -> Edges:
 
 def _numeric_array(info: Dict[str, Any]) -> Edges:
     element = _element(info["family"])
-    edges = _sized(info, info["min"])
-    # Element bounds are kept but not enforced; the type's own range is.
+    default = info.get("default") or [info["min"]]
+    edges = _sized(info, default[0])
+    low, high = info["min"], info["max"]
+    # Arrays of a count the sizes allow, all but the first element from the default.
+    count = max(1, info.get("minSize", 0))
+    if count > info.get("maxSize", 0) or count > _LONGEST:
+        return edges
+
+    def with_first(first: Any) -> List[Any]:
+        return [first] + [default[0]] * (count - 1)
+
+    edges.passing.extend([Edge("an element at min", with_first(low)),
+                          Edge("an element at max", with_first(high))])
+    below, above = _next(low, element, False), _next(high, element, True)
+    if below is not None:
+        edges.failing.append(Edge("an element below min", with_first(below)))
+    if above is not None:
+        edges.failing.append(Edge("an element above max", with_first(above)))
     if not _is_float(element):
-        edges.failing.append(Edge("an element that is no whole number", [info["min"] + 0.5]))
-    edges.failing.append(Edge("text as an element", ["1"]))
+        edges.failing.append(Edge("an element that is no whole number", with_first(low + 0.5)))
+    edges.failing.append(Edge("text as an element", with_first("1")))
     return edges
 
 

@@ -1,7 +1,6 @@
 #include "bridge.h"
 
 #include <legacy/oru/catalogue.h>
-#include <legacy/oru/files/description.h>
 #include <legacy/oru/files/values.h>
 
 namespace OruPython {
@@ -24,13 +23,7 @@ bool HoldsFloats(std::string const& family) {
 }
 
 Files::Problems DryRun(std::string const& json, InfoItemDirectory& directory) {
-    // The same settings in a directory of their own take the values instead.
-    InfoItemDirectory scratch;
-    Files::Problems problems = Files::ReadDescription(Files::WriteDescription(directory), scratch);
-    if (!problems.empty()) {
-        return problems;
-    }
-    return Files::ReadValues(json, scratch, Files::Apply::AllOrNothing).problems;
+    return Files::ReadValues(json, directory, Files::Apply::Nothing).problems;
 }
 
 std::string PathOf(Files::Problem const& problem) {

@@ -33,8 +33,8 @@ def test_a_change_set_with_one_refused_value_applies_none(device):
             c["Video/Mode"] = "dusk"
             c["Device/Name"] = "y" * 40
     assert [(p.path, p.message) for p in raised.value.problems] == [
-        ("Video/Mode", 'no entry is named "dusk"'),
-        ("Device/Name", "Setting 'Name': the text is longer than 16 characters"),
+        ("Video/Mode", 'no entry is named "dusk"; allowed: auto, day, night'),
+        ("Device/Name", "the text is 40 bytes, above the maximum length 16 bytes"),
     ]
     assert (device["Audio/Input/Gain"], device["Video/Mode"]) == (72, "night")
     assert device.events() == []
@@ -57,7 +57,7 @@ def test_check_and_a_set_s_own_check_apply_nothing(device):
     assert [p.path for p in problems] == ["Audio/Input/Gain", "Video/Mode"]
     c = device.change()
     c["Audio/Input/Balance"] = 99
-    assert [p.message for p in c.check()] == ["Setting 'Balance': the value is above the maximum 50"]
+    assert [p.message for p in c.check()] == ["99 is above the maximum 50"]
     assert device["Audio/Input/Gain"] == 72 and device["Audio/Input/Balance"] == -12
     assert device.events() == []
     with pytest.raises(TypeError):

@@ -1,6 +1,5 @@
 """oru.testing.edges: the values it proposes, checked by the device itself."""
 
-import re
 import struct
 
 import pytest
@@ -10,52 +9,38 @@ from oru.testing import Edge, edges
 from conftest import sample_paths, wide_paths
 
 
-# Values the description says should fail and today's check still passes:
-# the files layer's rules for them (disabled entries, colour bounds, the
-# sizes of rectangle arrays) are on their way.
-PENDING = re.compile(r"^(disabled entry|[argb] (below min|above max)|maxSize \+ 1 rectangles)")
-
-
 def verdicts(device, path):
     """Which proposals the device's own check disagrees with."""
     proposed = edges(device.info(path))
-    wrong, pending = [], []
+    wrong = []
     for edge in proposed.passing:
         problems = device.check({path: edge.value})
         if problems:
             wrong.append(("should pass", edge.label, [p.message for p in problems]))
     for edge in proposed.failing:
         if not device.check({path: edge.value}):
-            (pending if PENDING.match(edge.label) else wrong).append(("should fail", edge.label))
-    return proposed, wrong, pending
-
-
-def settle(pending):
-    if pending:
-        pytest.xfail("the check passes %s" % ", ".join(label for _, label in pending))
+            wrong.append(("should fail", edge.label))
+    return proposed, wrong
 
 
 @pytest.mark.parametrize("path", sample_paths())
 def test_the_device_agrees_with_each_proposal_for_the_sample(device, path):
-    proposed, wrong, pending = verdicts(device, path)
+    proposed, wrong = verdicts(device, path)
     assert wrong == []
     assert proposed.passing and proposed.failing
     # What fails is refused when set too, and leaves the value as it was.
     before = device[path]
     for edge in proposed.failing:
-        if not PENDING.match(edge.label):
-            with pytest.raises(oru.CheckError):
-                device[path] = edge.value
+        with pytest.raises(oru.CheckError):
+            device[path] = edge.value
     assert device[path] == before
-    settle(pending)
 
 
 @pytest.mark.parametrize("path", wide_paths())
 def test_the_device_agrees_with_each_proposal_for_the_wide_device(wide, path):
-    proposed, wrong, pending = verdicts(wide, path)
+    proposed, wrong = verdicts(wide, path)
     assert wrong == []
     assert proposed.passing and proposed.failing
-    settle(pending)
 
 
 def single(value):

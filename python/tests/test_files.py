@@ -14,9 +14,11 @@ def test_loading_the_demo_values_refuses_the_one_the_program_refuses(tool, sampl
     description, values = sample_files
     with pytest.raises(oru.CheckError) as raised:
         oru.Directory.load(str(description), values=str(values))
-    said = run_tool(tool, "check", str(description), str(values)).stdout.splitlines()
-    assert [str(p) for p in raised.value.problems] == said
-    assert said == ["Video/Brightness: Setting 'Brightness': the value is above the maximum 100"]
+    said = json.loads(run_tool(tool, "check", "--json", str(description), str(values)).stdout)
+    assert [(p.path, p.pointer, p.message) for p in raised.value.problems] == [
+        (p["path"], p["pointer"], p["reason"]) for p in said["problems"]]
+    assert ("Video/Brightness", "130 is above the maximum 100") in [
+        (p.path, p.message) for p in raised.value.problems]
 
 
 def test_describe_and_save_values_write_what_the_program_writes(tool, sample_files, device,
