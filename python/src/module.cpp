@@ -41,7 +41,8 @@ namespace {
 using ItemPtr = boost::intrusive_ptr<ItemBase>;
 using DevicePtr = std::shared_ptr<Device>;
 
-// Work above this many bytes of JSON or records runs without the GIL.
+// Values of more JSON than this are applied without the GIL; files, the dry
+// run, decoding and waiting for events always run without it.
 constexpr std::size_t k_longWork = 64 * 1024;
 
 // One problem as a script sees it.
