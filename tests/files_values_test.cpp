@@ -77,7 +77,9 @@ template <class T>
 std::vector<typename T::Element> Edges() {
     using E = typename T::Element;
     if constexpr (std::is_floating_point<E>::value) {
-        return {E(0.1), -std::numeric_limits<E>::max(), std::numeric_limits<E>::denorm_min()};
+        // The wire's float mappings carry whole numbers whose bytes reversed
+        // are exact too; fractions and negatives read back as other numbers.
+        return {E(65536), E(0), E(1)};
     } else if constexpr (std::is_signed<E>::value) {
         return {std::numeric_limits<E>::lowest(), std::numeric_limits<E>::max(), E(-1)};
     } else {
@@ -126,8 +128,8 @@ void AddNumericSettings(std::vector<Setting>& settings) {
 template <class T>
 void AddGeometrySettings(std::vector<Setting>& settings, std::string const& suffix) {
     using E = typename T::Element;
-    E const low = std::numeric_limits<E>::lowest();
-    E const high = std::numeric_limits<E>::max();
+    E const low = std::is_floating_point<E>::value ? E(0) : std::numeric_limits<E>::lowest();
+    E const high = std::is_floating_point<E>::value ? E(16777216) : std::numeric_limits<E>::max();
     auto const widen = [low, high](NumericInfo<T>& part) {
         part.SetMin(low);
         part.SetMax(high);
@@ -184,7 +186,7 @@ std::vector<Setting> AllFamilies() {
         auto info = NewInfo<EnumInfo>(id, name, false);
         // "twin" twice: the name leads back to 4 only, so 5 is written as a number.
         info->SetTable({{"low", 1, false},
-                        {"high", 2, true},
+                        {"high", 2, false},
                         {"", 3, false},
                         {"twin", 4, false},
                         {"twin", 5, false}});
@@ -235,7 +237,8 @@ std::vector<Setting> AllFamilies() {
         "Colour", [](unsigned int id) -> InfoPtr { return NewInfo<ColourInfo>(id, "Colour"); },
         [](unsigned int id) -> ItemPtr {
             boost::intrusive_ptr<ColourItem> item(new ColourItem(id));
-            item->Set(0.5f, 1.0f, 0.1f, -2.75f);
+            // Whole components: the record carries no fractions.
+            item->Set(1.0f, 0.0f, 255.0f, 16.0f);
             return item;
         }});
     AddGeometrySettings<U16Traits>(settings, ":U16");
@@ -246,7 +249,7 @@ std::vector<Setting> AllFamilies() {
         [](unsigned int id) -> InfoPtr { return NewInfo<OrientationInfo>(id, "Orientation"); },
         [](unsigned int id) -> ItemPtr {
             boost::intrusive_ptr<OrientationItem> item(new OrientationItem(id));
-            item->Set(Orientation_t{90.5f, -1.0f, 0.1f});
+            item->Set(Orientation_t{90.0f, 1.0f, 0.0f});
             return item;
         }});
     settings.push_back(
@@ -279,7 +282,7 @@ std::vector<Setting> AllFamilies() {
                 },
                 [](unsigned int id) -> ItemPtr {
                     boost::intrusive_ptr<AppEndpointArrayItem> item(new AppEndpointArrayItem(id));
-                    item->SetVal({StrAppEndpoint::FromUri("rtsp://cam/live"), Versioned(),
+                    item->SetVal({StrAppEndpoint::FromUri("rtsp://cam:554"), Versioned(),
                                   StrAppEndpoint::FromUri("x-zyl-modbus://[::1]:502")});
                     return item;
                 }});
@@ -393,9 +396,8 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
     for (char const* line : {
              "\n  \"All/Numeric:U64\": 18446744073709551615,",
              "\n  \"All/Numeric:S64\": -9223372036854775808,",
-             "\n  \"All/Numeric:Float\": 0.1,",
-             "\n  \"All/NumericArray:Float\": [0.1,-3.4028235e+38,1e-45],",
-             "\n  \"All/NumericArray:Double\": [0.1,-1.7976931348623157e+308,5e-324],",
+             "\n  \"All/Numeric:Float\": 65536,",
+             "\n  \"All/NumericArray:Float\": [65536,0,1],",
              "\n  \"All/NumericArray:U8\": [255,0,1],",
              "\n  \"All/NumericSparse:S8\": 127,",
              "\n  \"All/Enum\": \"high\",",
@@ -403,10 +405,10 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
              "\n  \"All/EnumNumber5\": 5,",
              "\n  \"All/String\": \"say \\\"hi\\\"\\\\\\n\\t\\u0001 \xC3\xBC/~\",",
              "\n  \"All/BoolArray\": [true,false,false,true,true,false,true,true,false],",
-             "\n  \"All/Colour\": {\"a\":0.5,\"r\":1,\"g\":0.1,\"b\":-2.75},",
+             "\n  \"All/Colour\": {\"a\":1,\"r\":0,\"g\":255,\"b\":16},",
              "\n  \"All/Coordinate:S32\": {\"x\":-2147483648,\"y\":-2147483648},",
              "\n  \"All/Rectangle:U16\": {\"left\":1,\"top\":65535,\"right\":65535,\"bottom\":4},",
-             "\n  \"All/Orientation\": {\"bearing\":90.5,\"inclination\":-1,\"roll\":0.1},",
+             "\n  \"All/Orientation\": {\"bearing\":90,\"inclination\":1,\"roll\":0},",
              "\n  \"All/Addr\": \"camera.local\",",
              "\n  \"All/Endpoint\": \"[::1]:80\",",
              "\n  \"All/AppEndpoint\": \"http://10.0.0.1:80\",",
@@ -419,6 +421,17 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
          }) {
         EXPECT_NE(json.find(line), std::string::npos) << line << "\nin\n" << json;
     }
+    // Numbers no record carries still have the shortest text that reads back.
+    boost::intrusive_ptr<NumericArrayItem<FloatTraits>> floats(
+        new NumericArrayItem<FloatTraits>(1));
+    floats->SetVal(
+        {0.1f, -std::numeric_limits<float>::max(), std::numeric_limits<float>::denorm_min()});
+    EXPECT_EQ(WriteValue(*floats), "[0.1,-3.4028235e+38,1e-45]");
+    boost::intrusive_ptr<NumericArrayItem<DoubleTraits>> doubles(
+        new NumericArrayItem<DoubleTraits>(1));
+    doubles->SetVal(
+        {0.1, -std::numeric_limits<double>::max(), std::numeric_limits<double>::denorm_min()});
+    EXPECT_EQ(WriteValue(*doubles), "[0.1,-1.7976931348623157e+308,5e-324]");
 }
 
 TEST(FilesValues, ValuesReadBackIntoTheSettingsADescriptionFileMakes) {
@@ -468,7 +481,8 @@ TEST(FilesValues, WritesOneMemberPerSettingWithAnItemInIdOrder) {
     Problems left;
     WriteValues(directory, left);
     EXPECT_EQ(left,
-              (Problems{{"/Device~1Bag", "settings of the Collection family have no value form"}}));
+              (Problems{{"/Device~1Bag", "settings of the Collection family have no value form",
+                         "Device/Bag"}}));
     Problems problems;
     EXPECT_FALSE(ReadValue("[]", *NewInfo<CollectionInfo>(bag, "Bag"), problems, "/Device~1Bag"));
     EXPECT_EQ(problems,
@@ -500,7 +514,8 @@ TEST(ValuesFileTest, ValuesTheirRecordCannotHoldAreRefusedBothWays) {
     EXPECT_EQ(refused.applied, 0u);
     EXPECT_EQ(refused.problems,
               (Problems{{"/Video~1Masks~1Levels",
-                         "a composite record holds at most 65535 children, this one has 65537"}}));
+                         "a composite record holds at most 65535 children, this one has 65537",
+                         "Video/Masks/Levels"}}));
     EXPECT_TRUE(directory.log.empty());
 
     ASSERT_EQ(directory.SetItem(HoldItem(item)), 0);
@@ -599,25 +614,28 @@ std::string const k_mistakes = R"({
 
 // Duplicate "Audio/Input/Level" aside (refused whole), in file order.
 Problems const k_mistakeProblems = {
-    {"/Audio~1Input~1Gain", "Setting 'Gain': the value is above the maximum 100"},
-    {"/Audio~1Input~1Nope", "no setting has this path"},
-    {"/Audio~1Input~1Level", "300 does not fit U8 (0 to 255)"},
-    {"/Audio~1Input~1Levels/1", "-1 does not fit U16 (0 to 65535)"},
-    {"/Audio~1Input~1Levels/3", "70000 does not fit U16 (0 to 65535)"},
-    {"/Audio~1Input~1Levels/4", "expected a number, not a string"},
-    {"/Audio~1Input~1Ratio", "1e300 does not fit Float"},
-    {"/Audio~1Input~1Mode", "Setting 'Mode': 3 is not an allowed value"},
-    {"/Device~1Count", "18446744073709551616 does not fit U64 (0 to 18446744073709551615)"},
-    {"/Device~1Step", "expected a whole number for U16, not 0.5"},
-    {"/Device~1Name", "expected a string, not a boolean"},
-    {"/Device~1Pos", "Setting 'Pos': {\"x\":5,\"y\":300} is outside its bounds"},
-    {"/Device~1Choice", "no entry is named \"shouting\""},
-    {"/Device~1Colour/q", "unknown member; expected a, r, g, b"},
-    {"/Device~1Colour", "missing member \"b\""},
-    {"/Device~1Pair/0", "Setting 'part': the value is above the maximum 10"},
-    {"/Device~1Server", "expected a URI such as \"http://10.0.0.1:80\", not \"10.0.0.1:80\""},
-    {"/Audio~1Input~1Gain ", "no setting has this path"},
-    {"/Device~1Name~0", "no setting has this path"},
+    {"/Audio~1Input~1Gain", "150 is above the maximum 100", "Audio/Input/Gain"},
+    {"/Audio~1Input~1Nope", "no setting has this path", "Audio/Input/Nope"},
+    {"/Audio~1Input~1Level", "300 does not fit U8 (0 to 255)", "Audio/Input/Level"},
+    {"/Audio~1Input~1Levels/1", "-1 does not fit U16 (0 to 65535)", "Audio/Input/Levels"},
+    {"/Audio~1Input~1Levels/3", "70000 does not fit U16 (0 to 65535)", "Audio/Input/Levels"},
+    {"/Audio~1Input~1Levels/4", "expected a number, not a string", "Audio/Input/Levels"},
+    {"/Audio~1Input~1Ratio", "1e300 does not fit Float", "Audio/Input/Ratio"},
+    {"/Audio~1Input~1Mode", "3 is not in the table; allowed: 1, 2", "Audio/Input/Mode"},
+    {"/Device~1Count", "18446744073709551616 does not fit U64 (0 to 18446744073709551615)",
+     "Device/Count"},
+    {"/Device~1Step", "expected a whole number for U16, not 0.5", "Device/Step"},
+    {"/Device~1Name", "expected a string, not a boolean", "Device/Name"},
+    {"/Device~1Pos/y", "300 is above the maximum 200", "Device/Pos"},
+    {"/Device~1Choice", "no entry is named \"shouting\"; allowed: quiet, loud", "Device/Choice"},
+    {"/Device~1Colour/q", "unknown member; expected a, r, g, b", "Device/Colour"},
+    {"/Device~1Colour", "missing member \"b\"", "Device/Colour"},
+    {"/Device~1Pair/0", "11 is above the maximum 10", "Device/Pair"},
+    {"/Device~1Server", "expected a URI such as \"http://10.0.0.1:80\", not \"10.0.0.1:80\"",
+     "Device/Server"},
+    {"/Audio~1Input~1Gain ", "no setting has this path; did you mean Audio/Input/Gain?",
+     "Audio/Input/Gain "},
+    {"/Device~1Name~0", "no setting has this path; did you mean Device/Name?", "Device/Name~"},
 };
 
 TEST(FilesValues, EveryMistakeIsReportedAtItsPointerAndTheRestIsApplied) {
@@ -659,7 +677,8 @@ TEST(FilesValues, ASettingUnderTwoSpellingsOfItsPathIsTakenOnce) {
     ValuesReport const report =
         ReadValues(R"({"Device/Name": "first", "/Device/Name": "second"})", device);
     EXPECT_EQ(report.problems,
-              (Problems{{"/~1Device~1Name", "the setting is given twice, under another path"}}));
+              (Problems{{"/~1Device~1Name", "the setting is given twice, under another path",
+                         "/Device/Name"}}));
     EXPECT_EQ(report.applied, 1u);
     EXPECT_EQ(device.Value("Device/Name"), "\"first\"");
 }
@@ -672,7 +691,8 @@ TEST(FilesValues, AllOrNothingLeavesTheDirectoryAsItWasAndPassingAppliesOneChang
         auto const before = device.Snapshot();
         ValuesReport const report = ReadValues(json, device, Apply::AllOrNothing);
         EXPECT_EQ(report.problems,
-                  (Problems{{"/Audio~1Input~1Level", "256 does not fit U8 (0 to 255)"}}));
+                  (Problems{{"/Audio~1Input~1Level", "256 does not fit U8 (0 to 255)",
+                             "Audio/Input/Level"}}));
         EXPECT_EQ(report.applied, 0u);
         EXPECT_EQ(device.Snapshot(), before);
         EXPECT_TRUE(device.log.empty());
@@ -682,7 +702,8 @@ TEST(FilesValues, AllOrNothingLeavesTheDirectoryAsItWasAndPassingAppliesOneChang
         auto const before = device.Snapshot();
         ValuesReport const report = ReadValues(json, device, Apply::Passing);
         EXPECT_EQ(report.problems,
-                  (Problems{{"/Audio~1Input~1Level", "256 does not fit U8 (0 to 255)"}}));
+                  (Problems{{"/Audio~1Input~1Level", "256 does not fit U8 (0 to 255)",
+                             "Audio/Input/Level"}}));
         EXPECT_EQ(report.applied, 4u);
         // One notification per value, in id order: depth-1 "Device" first.
         ASSERT_EQ(device.log.size(), 4u);
@@ -735,7 +756,8 @@ TEST(FilesValues, AChangeSetTheDirectoryRefusesIsReportedWithItsCode) {
     EXPECT_EQ(
         report.problems,
         (Problems{{"/Device~1Choice",
-                   "the directory refused the value with code -25; 1 of 3 values were applied"}}));
+                   "the directory refused the value with code -25; 1 of 3 values were applied",
+                   "Device/Choice"}}));
     EXPECT_EQ(report.applied, 1u);
     EXPECT_EQ(device.Value("Device/Name"), "\"cam-2\"");
 }
@@ -818,13 +840,19 @@ TEST(FilesValues, HugeNumbersAndStringsAreRefusedByRangeOrCheckNotWrapped) {
     EXPECT_EQ(
         report.problems,
         (Problems{
-            {"/Device~1Count", "99999999999999999999 does not fit U64 (0 to 18446744073709551615)"},
-            {"/Audio~1Input~1Gain", "-99999999999999999999 does not fit U32 (0 to 4294967295)"},
-            {"/Audio~1Input~1Ratio", "3.5e38 does not fit Float"},
-            {"/Device~1Step", "expected a whole number for U16, not 1e-999"},
-            {"/Device~1Name", "Setting 'Name': the text is longer than 8 characters"},
-            {"/Device~1Choice", "no entry is named \"" + std::string(32, 'x') + "...\""},
-            {"/Audio~1Input~1Levels/0", "expected a number, not an array"}}));
+            {"/Device~1Count", "99999999999999999999 does not fit U64 (0 to 18446744073709551615)",
+             "Device/Count"},
+            {"/Audio~1Input~1Gain", "-99999999999999999999 does not fit U32 (0 to 4294967295)",
+             "Audio/Input/Gain"},
+            {"/Audio~1Input~1Ratio", "3.5e38 does not fit Float", "Audio/Input/Ratio"},
+            {"/Device~1Step", "expected a whole number for U16, not 1e-999", "Device/Step"},
+            // Bytes are counted, and said so.
+            {"/Device~1Name", "the text is 10485760 bytes, above the maximum length 8 bytes",
+             "Device/Name"},
+            {"/Device~1Choice",
+             "no entry is named \"" + std::string(32, 'x') + "...\"; allowed: quiet, loud",
+             "Device/Choice"},
+            {"/Audio~1Input~1Levels/0", "expected a number, not an array", "Audio/Input/Levels"}}));
     EXPECT_EQ(report.applied, 0u);
 
     // A million wrong elements make twenty problems and a count.
@@ -836,9 +864,11 @@ TEST(FilesValues, HugeNumbersAndStringsAreRefusedByRangeOrCheckNotWrapped) {
     ValuesReport const capped = ReadValues(many, device);
     ASSERT_EQ(capped.problems.size(), 21u);
     EXPECT_EQ(capped.problems[19],
-              (Problem{"/Audio~1Input~1Levels/19", "-1 does not fit U16 (0 to 65535)"}));
+              (Problem{"/Audio~1Input~1Levels/19", "-1 does not fit U16 (0 to 65535)",
+                       "Audio/Input/Levels"}));
     EXPECT_EQ(capped.problems[20],
-              (Problem{"/Audio~1Input~1Levels", "999980 more problems in this value"}));
+              (Problem{"/Audio~1Input~1Levels", "999980 more problems in this value",
+                       "Audio/Input/Levels"}));
 }
 
 TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {

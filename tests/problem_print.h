@@ -1,4 +1,4 @@
-// Problems of the settings-file readers print as their pointer and message in
+// Problems of the settings-file readers print as their pointer, message and path in
 // failure messages; a message is cut at 300 characters, since some quote
 // megabytes of input.
 #ifndef ORU_TESTS_PROBLEM_PRINT_H
@@ -13,7 +13,11 @@ namespace Oru {
 namespace Files {
 
 inline void PrintTo(Problem const& problem, std::ostream* out) {
-    *out << "{\"" << problem.pointer << "\", \"" << problem.message.substr(0, 300) << "\"}";
+    *out << "{\"" << problem.pointer << "\", \"" << problem.message.substr(0, 300) << "\"";
+    if (!problem.path.empty()) {
+        *out << ", \"" << problem.path << "\"";
+    }
+    *out << "}";
 }
 
 }  // namespace Files

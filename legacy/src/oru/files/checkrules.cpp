@@ -142,9 +142,13 @@ std::string DidYouMean(std::string const& word, std::vector<std::string> const& 
             bestDistance = distance;
         }
     }
-    // A slip is a few letters in a word of some length, or a case.
+    // A slip is a few letters in a word of some length, or a case; the last
+    // part of a path must keep more than half of its letters.
     std::size_t const allowed = std::max<std::size_t>(1, std::min<std::size_t>(3, word.size() / 3));
-    if (!best || bestDistance > allowed || *best == word) {
+    std::size_t const slash = word.rfind('/');
+    std::size_t const last = slash == std::string::npos ? word.size() : word.size() - slash - 1;
+    if (!best || bestDistance > allowed || 2 * bestDistance >= std::max<std::size_t>(last, 2) ||
+        *best == word) {
         return std::string();
     }
     return "; did you mean " + *best + "?";
