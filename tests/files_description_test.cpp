@@ -49,9 +49,10 @@ std::string EveryFamily() {
         std::string const e = element;
         bool const isSigned = e[0] == 'S' || e == "Float" || e == "Double";
         bool const isFloat = e == "Float" || e == "Double";
-        std::string const min = isFloat ? "-2.5" : isSigned ? "-5" : "1";
-        std::string const max = isFloat ? "100.25" : "90";
-        std::string const value = isFloat ? "0.1" : "7";
+        // Floating records carry whole numbers whose bytes reversed are exact.
+        std::string const min = isFloat ? "0" : isSigned ? "-5" : "1";
+        std::string const max = isFloat ? "4096" : "90";
+        std::string const value = isFloat ? "256" : "7";
         add("{\"path\": \"Numbers/Scalar/" + e + "\", \"type\": \"Numeric:" + e + "\", \"min\": " +
             min + ", \"max\": " + max + ", \"default\": " + value + ", \"permission\": 3}");
         add("{\"path\": \"Numbers/Array/" + e + "\", \"type\": \"NumericArray:" + e +
@@ -65,7 +66,7 @@ std::string EveryFamily() {
             "permission": 65535})");
     add(R"({"path": "Flags/Many", "type": "BoolArray", "minSize": 2, "maxSize": 5,
             "default": [true, false, true]})");
-    add(R"({"path": "Texts/Mode", "type": "Enum", "localized": true, "default": 4,
+    add(R"({"path": "Texts/Mode", "type": "Enum", "localized": true, "default": -1,
             "table": [{"name": "off", "value": -1, "disabled": false},
                       {"name": "auto", "value": 4, "disabled": true}]})");
     add(R"({"path": "Texts/Name", "type": "String", "maxLength": 12, "default": "cam-1"})");
@@ -74,8 +75,8 @@ std::string EveryFamily() {
     add(R"({"path": "Texts/Choice", "type": "StringSparse", "table": ["x", "y"],
             "default": "y"})");
     add(R"({"path": "Look/Tint", "type": "Colour", "min": {"a": 0, "r": 0, "g": 0, "b": 0},
-            "max": {"a": 1, "r": 1, "g": 0.5, "b": 1},
-            "default": {"a": 0.25, "r": 0.5, "g": 0.125, "b": 1}})");
+            "max": {"a": 255, "r": 255, "g": 128, "b": 255},
+            "default": {"a": 1, "r": 2, "g": 64, "b": 255}})");
     for (char const* element : {"U16", "S32", "Float"}) {
         std::string const e = element;
         add("{\"path\": \"Look/Point" + e + "\", \"type\": \"Coordinate:" + e +
@@ -157,11 +158,11 @@ TEST(FilesDescription, EveryFamilyRoundTrips) {
     auto const tenth = boost::dynamic_pointer_cast<NumericInfo<FloatTraits> const>(
         InfoAt(second, "Numbers/Scalar/Float"));
     ASSERT_NE(tenth, nullptr);
-    EXPECT_EQ(tenth->GetDefault(), 0.1f);
+    EXPECT_EQ(tenth->GetDefault(), 256.0f);
     auto const mode = boost::dynamic_pointer_cast<EnumInfo const>(InfoAt(second, "Texts/Mode"));
     ASSERT_NE(mode, nullptr);
     EXPECT_TRUE(mode->IsLocalized());
-    EXPECT_EQ(mode->GetDefault(), 4);
+    EXPECT_EQ(mode->GetDefault(), -1);
     ASSERT_EQ(mode->GetTable().size(), 2u);
     EXPECT_EQ(mode->GetTable()[0].name, "off");
     EXPECT_EQ(mode->GetTable()[0].value, -1);
@@ -287,6 +288,7 @@ TEST(FilesDescription, ExtremeNumbersAndIdsSurviveTheRoundTrip) {
         top.GetInfoItemSectionId().CreateInfoItemId(4), "Tiny", Permission_t()));
     tiny->SetMax(std::numeric_limits<double>::max());
     tiny->SetMin(std::numeric_limits<double>::denorm_min());
+    tiny->SetDefault(1);
     ASSERT_EQ(directory.AddInfo(new InfoHolder(tiny)), 0);
 
     std::string const text = WriteDescription(directory);
@@ -357,7 +359,7 @@ TEST(FilesDescription, IdsAreTakenFromTheSectionOrCheckedAgainstIt) {
         ",\n{\"path\": \"Audio/Output/A\", \"type\": \"Bool\", \"id\": " +
         std::to_string(base.CreateInfoItemId(9)) + "}");
     std::string const before = WriteDescription(directory);
-    EXPECT_EQ(ReadDescription(file, directory),
+    EXPECT_EQ(Unpathed(ReadDescription(file, directory)),
               (Problems{{"/settings/0/id", "id 0x40000005 is taken by Audio/Input/B5"},
                         {"/settings/1/id",
                          "id 0x01000003 lies at depth 1, the section "
@@ -378,9 +380,12 @@ TEST(FilesDescription, NumbersRunOut) {
         ASSERT_EQ(directory.AddSection("S" + std::to_string(i), section), 0);
     }
     EXPECT_EQ(ReadDescription(Settings(R"({"path": "S5/A", "type": "Bool"},
-                                           {"path": "New/A", "type": "Bool"})"),
+                                           {"path": "New/A", "type": "Bool"},
+                                           {"path": "New/B", "type": "Bool"})"),
                               directory),
-              (Problems{{"/settings/1/path", "no section number is left for New"}}));
+              (Problems{{"/settings/1/path",
+                         "no section number is left for New: a level holds at most 63 sections",
+                         "New/A"}}));
     EXPECT_EQ(directory.FindInfo("S5", "A"), nullptr);
 
     // A section at depth 4 has room for so many info numbers.
@@ -393,10 +398,15 @@ TEST(FilesDescription, NumbersRunOut) {
         body += (i ? "," : "") +
                 ("{\"path\": \"a/b/c/d/n" + std::to_string(i) + "\", \"type\": \"Bool\"}");
     }
+    // Reported once, with the limit, however many settings do not fit.
+    body += ",{\"path\": \"a/b/c/d/late\", \"type\": \"Bool\"}";
     EXPECT_EQ(ReadDescription(Settings(body), deep),
               (Problems{{"/settings/" + std::to_string(room) + "/path",
-                         "no info number is left in section a/b/c/d"}}));
+                         "no info number is left in section a/b/c/d: it holds at most " +
+                             std::to_string(room) + " settings",
+                         "a/b/c/d/n" + std::to_string(room)}}));
     EXPECT_TRUE(deep.Empty());
+    body = body.substr(0, body.rfind(",{"));
     body = body.substr(0, body.rfind(",{"));
     ASSERT_EQ(ReadDescription(Settings(body), deep), Problems());
     EXPECT_EQ(InfoAt(deep, "a/b/c/d/n" + std::to_string(room - 1))->GetId(),
@@ -431,11 +441,11 @@ TEST(FilesDescription, EveryProblemIsReportedWithItsPointer) {
         "text"
     )");
     InfoItemDirectory directory;
-    Problems const problems = ReadDescription(file, directory);
+    Problems const problems = Unpathed(ReadDescription(file, directory));
     EXPECT_EQ(problems,
               (Problems{
                   {"/settings/0/max", "max is below min"},
-                  {"/settings/1/type", "unknown type Numeric:U31"},
+                  {"/settings/1/type", "unknown type Numeric:U31; did you mean Numeric:U32?"},
                   {"/settings/2/path", "Audio/Input/Gain is described twice"},
                   {"/settings/3/max", "300 does not fit U8 (0 to 255)"},
                   {"/settings/4/min", "-1 does not fit U16 (0 to 65535)"},
@@ -482,7 +492,8 @@ TEST(FilesDescription, ARefusedFileChangesNothing) {
                     {"path": "Video/Encoder/Rate", "type": "Numeric:U16", "max": 30},
                     {"path": "Video/Encoder/Bad", "type": "Numeric:U16", "max": 70000})"),
                         directory);
-    EXPECT_EQ(problems, (Problems{{"/settings/2/max", "70000 does not fit U16 (0 to 65535)"}}));
+    EXPECT_EQ(problems, (Problems{{"/settings/2/max", "70000 does not fit U16 (0 to 65535)",
+                                   "Video/Encoder/Bad"}}));
     EXPECT_EQ(WriteDescription(directory), before);
     EXPECT_FALSE(directory.FindSection("Video").IsValid());
     EXPECT_FALSE(directory.FindSection("Video/Encoder").IsValid());
@@ -498,18 +509,26 @@ TEST(FilesDescription, ARefusedFileChangesNothing) {
 
 TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
     InfoItemDirectory directory;
-    auto read = [&directory](std::string const& text) { return ReadDescription(text, directory); };
+    auto read = [&directory](std::string const& text) {
+        return Unpathed(ReadDescription(text, directory));
+    };
 
-    EXPECT_EQ(read("{\"settings\": [tru]}"),
+    EXPECT_EQ(
+        read("{\"settings\": [tru]}"),
+        (Problems{
+            {"",
+             "malformed JSON at line 1, column 18 (byte 18): syntax error while parsing value - "
+             "invalid literal; last read: '\"settings\": [tru]'"}}));
+    EXPECT_EQ(read(""),
               (Problems{{"",
-                         "malformed JSON at byte 18: syntax error while parsing value - "
-                         "invalid literal; last read: '\"settings\": [tru]'"}}));
-    EXPECT_EQ(read(""), (Problems{{"",
-                                   "malformed JSON at byte 1: syntax error while parsing "
-                                   "value - unexpected end of input; expected '[', '{', or "
-                                   "a literal"}}));
-    EXPECT_EQ(read("{\"settings\": [1e999]}"),
-              (Problems{{"", "malformed JSON at byte 19: number overflow parsing '1e999'"}}));
+                         "malformed JSON at line 1, column 1 (byte 1): syntax error while parsing "
+                         "value - unexpected end of input; expected '[', '{', or "
+                         "a literal"}}));
+    EXPECT_EQ(
+        read("{\"settings\": [1e999]}"),
+        (Problems{
+            {"",
+             "malformed JSON at line 1, column 19 (byte 19): number overflow parsing '1e999'"}}));
     EXPECT_EQ(read("[]"), (Problems{{"", "expected an object, not an array"}}));
     EXPECT_EQ(read("{}"), (Problems{{"", "settings is missing"}}));
     EXPECT_EQ(read("{\"settings\": {}, \"more\": 1}"),
@@ -546,14 +565,14 @@ TEST(FilesDescription, HostileInputIsRefusedWithOneClearProblem) {
         read(Settings("{\"path\": \"A/B\", \"type\": \"String\", \"default\": \"" + huge + "\"}")),
         (Problems{{"/settings/0/default", "default is longer than maxLength 256"}}));
     EXPECT_TRUE(directory.Empty());
-    // Without a limit the text is taken whole.
+    // A maximum length of 0 keeps the whole default, which the setting's own
+    // check then refuses: it admits the empty text only.
     EXPECT_EQ(read(Settings("{\"path\": \"A/B\", \"type\": \"String\", \"maxLength\": 0, "
                             "\"default\": \"" +
                             huge + "\"}")),
-              Problems());
-    auto const text = boost::dynamic_pointer_cast<StringInfo const>(InfoAt(directory, "A/B"));
-    ASSERT_NE(text, nullptr);
-    EXPECT_EQ(text->GetDefault().size(), huge.size());
+              (Problems{{"/settings/0/default",
+                         "the text is 10485760 bytes, above the maximum length 0 bytes"}}));
+    EXPECT_TRUE(directory.Empty());
 }
 
 TEST(FilesDescription, FamilyNamesAreThoseOfTheProgram) {
@@ -598,11 +617,11 @@ TEST(FilesDescription, DefaultsTakeTheFormsOfValuesFiles) {
                                                {"name": "high", "value": 2}],
                                      "default": "high"},
                                     {"path": "V/Tint", "type": "Colour", "min": [0, 0, 0, 0],
-                                     "default": [1, 0.5, 0.25, 0]},
+                                     "default": [1, 128, 64, 0]},
                                     {"path": "V/Peer", "type": "Endpoint",
                                      "default": {"address": "10.0.0.1", "port": 80}},
                                     {"path": "V/Ratio", "type": "Numeric:Float", "min": 0,
-                                     "max": 1, "default": 0.1})"),
+                                     "max": 1, "default": 1})"),
                               directory),
               Problems());
     auto const mode = boost::dynamic_pointer_cast<EnumInfo const>(InfoAt(directory, "V/Mode"));
@@ -611,7 +630,7 @@ TEST(FilesDescription, DefaultsTakeTheFormsOfValuesFiles) {
     auto const tint = boost::dynamic_pointer_cast<ColourInfo const>(InfoAt(directory, "V/Tint"));
     ASSERT_NE(tint, nullptr);
     EXPECT_EQ(tint->GetDefault().a, 1.0f);
-    EXPECT_EQ(tint->GetDefault().g, 0.25f);
+    EXPECT_EQ(tint->GetDefault().g, 64.0f);
     EXPECT_EQ(tint->GetDefault().b, 0.0f);
     auto const peer = boost::dynamic_pointer_cast<EndpointInfo const>(InfoAt(directory, "V/Peer"));
     ASSERT_NE(peer, nullptr);
@@ -620,7 +639,7 @@ TEST(FilesDescription, DefaultsTakeTheFormsOfValuesFiles) {
     // Written as values are: the entry by name, a float by its shortest digits.
     std::string const text = WriteDescription(directory);
     EXPECT_NE(text.find("\"default\": \"high\""), std::string::npos) << text;
-    EXPECT_NE(text.find("\"default\": 0.1\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\"default\": 1\n"), std::string::npos) << text;
     EXPECT_NE(text.find("\"default\": \"10.0.0.1:80\""), std::string::npos) << text;
     InfoItemDirectory copy;
     ASSERT_EQ(ReadDescription(text, copy), Problems());
@@ -636,7 +655,7 @@ TEST(FilesDescription, DefaultsTakeTheFormsOfValuesFiles) {
                                           {"path": "V/Ratio", "type": "NumericArray:U8",
                                            "default": [1, "2"]})"),
                               other),
-              (Problems{{"/settings/0/default", "no entry is named \"middle\""},
+              (Problems{{"/settings/0/default", "no entry is named \"middle\"; allowed: low"},
                         {"/settings/1/default",
                          "expected an object {\"a\", \"r\", \"g\", \"b\"} or an array of 4 "
                          "numbers, not 3 elements"},

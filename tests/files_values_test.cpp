@@ -779,19 +779,23 @@ TEST(FilesValues, HostileFilesAreRefusedWholeWithOneProblem) {
     std::vector<Row> const rows = {
         {"{\"Device/Name\": \"a\",}",
          {"",
-          "malformed JSON at byte 21: syntax error while parsing object key - unexpected '}'; "
+          "malformed JSON at line 1, column 21 (byte 21): syntax error while parsing object key - "
+          "unexpected '}'; "
           "expected string literal"}},
         {"{\"Device/Name\": \"a\"} x",
          {"",
-          "malformed JSON at byte 22: syntax error while parsing value - invalid literal; "
+          "malformed JSON at line 1, column 22 (byte 22): syntax error while parsing value - "
+          "invalid literal; "
           "last read: '\"a\"} x'; expected end of input"}},
         {"",
          {"",
-          "malformed JSON at byte 1: syntax error while parsing value - unexpected end of "
+          "malformed JSON at line 1, column 1 (byte 1): syntax error while parsing value - "
+          "unexpected end of "
           "input; expected '[', '{', or a literal"}},
         {"{\"Device/Name\": \"\xC3\"}",
          {"",
-          "malformed JSON at byte 19: syntax error while parsing value - invalid string: "
+          "malformed JSON at line 1, column 19 (byte 19): syntax error while parsing value - "
+          "invalid string: "
           "ill-formed UTF-8 byte; last read: '\"\xC3\"'"}},
         {"[\"Device/Name\", 1]", {"", "the file is no JSON object of setting paths and values"}},
         {"7", {"", "the file is no JSON object of setting paths and values"}},
@@ -801,10 +805,10 @@ TEST(FilesValues, HostileFilesAreRefusedWholeWithOneProblem) {
          {"/Device~1Colour/a", "the key appears twice"}},
         {deep, {deepPointer, "nested deeper than 64 levels"}},
         {"{\"Device/Count\": " + std::string(100000, '9') + "}",
-         {"", "malformed JSON at byte 100017: number overflow parsing '" + std::string(95, '9') +
-                  "..."}},
+         {"", "malformed JSON at line 1, column 100017 (byte 100017): number overflow parsing '" +
+                  std::string(95, '9') + "..."}},
         {"{\"Device/Count\": 1e999}",
-         {"", "malformed JSON at byte 22: number overflow parsing '1e999'"}},
+         {"", "malformed JSON at line 1, column 22 (byte 22): number overflow parsing '1e999'"}},
     };
     for (Row const& row : rows) {
         SCOPED_TRACE(row.json.substr(0, 60));
@@ -886,9 +890,12 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
                                   {"/x/3", "expected a number, not null"}}));
     problems.clear();
     EXPECT_FALSE(ReadValue("[1", *bytes, problems, "/x"));
-    EXPECT_EQ(problems, (Problems{{"/x",
-                                   "malformed JSON at byte 3: syntax error while parsing array - "
-                                   "unexpected end of input; expected ']'"}}));
+    EXPECT_EQ(
+        problems,
+        (Problems{
+            {"/x",
+             "malformed JSON at line 1, column 3 (byte 3): syntax error while parsing array - "
+             "unexpected end of input; expected ']'"}}));
 
     // Integers beyond a double's exact range stay exact; exponent forms there are refused.
     auto const wide = NewInfo<NumericInfo<S64Traits>>(3, "Wide");

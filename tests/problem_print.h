@@ -15,9 +15,17 @@ namespace Files {
 inline void PrintTo(Problem const& problem, std::ostream* out) {
     *out << "{\"" << problem.pointer << "\", \"" << problem.message.substr(0, 300) << "\"";
     if (!problem.path.empty()) {
-        *out << ", \"" << problem.path << "\"";
+        *out << ", \"" << problem.path.substr(0, 300) << "\"";
     }
     *out << "}";
+}
+
+// The problems without their setting's paths, for tests about where and what.
+inline Problems Unpathed(Problems problems) {
+    for (Problem& problem : problems) {
+        problem.path.clear();
+    }
+    return problems;
 }
 
 }  // namespace Files

@@ -21,6 +21,13 @@ namespace {
 
 using namespace ValueForm;
 
+template <class InfoT>
+struct IsSparse : std::false_type {};
+template <class T>
+struct IsSparse<NumericSparseInfo<T>> : std::true_type {
+    using Item = NumericSparseItem<T>;
+};
+
 class Checker {
 public:
     explicit Checker(Problems& problems) : problems_(problems) {}
@@ -391,6 +398,29 @@ private:
 Problems CheckRules::Forms(ItemBase const& item, InfoBase const& info, std::string const& pointer) {
     Problems problems;
     Checker(problems).RoundTrips(item, info, pointer);
+    return problems;
+}
+
+Problems CheckRules::TableForms(InfoBase const& info, std::string const& pointer) {
+    Problems problems;
+    Checker checker(problems);
+    auto const entries = [&](auto& item, auto const& table) {
+        for (std::size_t i = 0; i < table.size(); ++i) {
+            item.SetVal(table[i]);
+            checker.RoundTrips(item, info, Child(pointer, i));
+        }
+    };
+    Catalogue::VisitInfo(info, [&](auto const& concrete) {
+        using InfoT = std::decay_t<decltype(concrete)>;
+        if constexpr (std::is_same<InfoT, StringSparseInfo>::value) {
+            boost::intrusive_ptr<StringSparseItem> item(new StringSparseItem(info.GetId()));
+            entries(*item, concrete.GetTable());
+        } else if constexpr (IsSparse<InfoT>::value) {
+            boost::intrusive_ptr<typename IsSparse<InfoT>::Item> item(
+                new typename IsSparse<InfoT>::Item(info.GetId()));
+            entries(*item, concrete.GetTable());
+        }
+    });
     return problems;
 }
 

@@ -135,7 +135,15 @@ std::vector<std::string> Schemes() {
 std::string DidYouMean(std::string const& word, std::vector<std::string> const& candidates) {
     std::string const* best = nullptr;
     std::size_t bestDistance = 0;
+    // The distance is at least the difference in length: far longer or
+    // shorter words are no slips, and hostile ones cost nothing.
+    std::size_t const reach = std::max<std::size_t>(1, std::min<std::size_t>(3, word.size() / 3));
     for (std::string const& candidate : candidates) {
+        std::size_t const longer = std::max(word.size(), candidate.size());
+        std::size_t const shorter = std::min(word.size(), candidate.size());
+        if (longer - shorter > reach) {
+            continue;
+        }
         std::size_t const distance = Distance(word, candidate);
         if (!best || distance < bestDistance) {
             best = &candidate;
@@ -144,7 +152,7 @@ std::string DidYouMean(std::string const& word, std::vector<std::string> const& 
     }
     // A slip is a few letters in a word of some length, or a case; the last
     // part of a path must keep more than half of its letters.
-    std::size_t const allowed = std::max<std::size_t>(1, std::min<std::size_t>(3, word.size() / 3));
+    std::size_t const allowed = reach;
     std::size_t const slash = word.rfind('/');
     std::size_t const last = slash == std::string::npos ? word.size() : word.size() - slash - 1;
     if (!best || bestDistance > allowed || 2 * bestDistance >= std::max<std::size_t>(last, 2) ||

@@ -35,6 +35,11 @@ std::string AppEndpointProblem(StrAppEndpoint const& endpoint);
 // serial record or values-file text would not give it back.
 Problems Forms(ItemBase const& item, InfoBase const& info, std::string const& pointer);
 
+// The record and text rules for each entry of a sparse table, whose entries
+// are values the setting may take ("/table/3: 6.5 does not survive its
+// record: ..."); empty for the other families.
+Problems TableForms(InfoBase const& info, std::string const& pointer);
+
 // The schemes a URI may name: "http, https, rtsp, ...".
 std::vector<std::string> Schemes();
 

@@ -11,8 +11,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/oru.h>
 
+#include "checkrules.h"
 #include "families.h"
 #include "valueform.h"
 #include "valuejson.h"
@@ -36,8 +38,11 @@ public:
     explicit Reader(Problems& problems) : problems_(problems) {}
 
     void Add(std::string const& pointer, std::string const& message) {
-        problems_.push_back({pointer, message});
+        problems_.push_back(Problem(pointer, message, path_));
     }
+
+    // The path of the setting being read, which its problems name.
+    void SetPath(std::string path) { path_ = std::move(path); }
 
     std::size_t Count() const { return problems_.size(); }
     Problems& All() { return problems_; }
@@ -93,6 +98,7 @@ public:
 
 private:
     Problems& problems_;
+    std::string path_;
 };
 
 // The member of an object, or null when absent.
@@ -127,7 +133,9 @@ public:
     void RefuseUnknown() {
         for (std::string const& key : object_.keys) {
             if (known_.count(key) == 0) {
-                reader_.Add(PointerOf(key), "unknown key " + Shown(key));
+                std::vector<std::string> const keys(known_.begin(), known_.end());
+                reader_.Add(PointerOf(key),
+                            "unknown key " + Shown(key) + CheckRules::DidYouMean(key, keys));
             }
         }
     }
@@ -839,7 +847,12 @@ boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string con
     } else if (reader.String(*typeJson, members.PointerOf("type"), typeName)) {
         family = FindFamily(typeName);
         if (!family) {
-            reader.Add(members.PointerOf("type"), "unknown type " + Shown(typeName));
+            std::vector<std::string> names;
+            for (Family const& each : Families()) {
+                names.push_back(each.name);
+            }
+            reader.Add(members.PointerOf("type"),
+                       "unknown type " + Shown(typeName) + CheckRules::DidYouMean(typeName, names));
         }
     }
     if (!family) {
@@ -854,8 +867,24 @@ boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string con
             info = new EnumInfo(0, std::string(), Permission_t(), true);
         }
     }
+    std::size_t const before = reader.Count();
     VisitInfo(*info, Filler{members});
     members.RefuseUnknown();
+    if (reader.Count() == before) {
+        // Defaults and table entries pass the one check, as values do.
+        Problems found = CheckRules::TableForms(*info, members.PointerOf("table"));
+        bool const emptyTable = info->GetType() == OruType_t::Enum &&
+                                static_cast<EnumInfo const&>(*info).GetTable().empty();
+        if (Member(object, "default") && !emptyTable) {
+            boost::intrusive_ptr<InfoBase const> const checked(info);
+            boost::intrusive_ptr<ItemBase> const value(info->CreateItem());
+            Problems const more = Files::Check(*value, checked, members.PointerOf("default"));
+            found.insert(found.end(), more.begin(), more.end());
+        }
+        for (Problem const& problem : found) {
+            reader.Add(problem.pointer, problem.message);
+        }
+    }
     return boost::intrusive_ptr<InfoBase>(info->DeepCopy(id, name, Permission_t(permission)));
 }
 
@@ -912,7 +941,15 @@ public:
                     }
                 }
                 if (number > InfoItemSectionId::MaxSubsectionPerSubsection()) {
-                    reader.Add(pointer, "no section number is left for " + Shown(name));
+                    // Once per section, however many settings it would hold.
+                    if (full_.insert(name).second) {
+                        reader.Add(pointer,
+                                   "no section number is left for " + Shown(name) +
+                                       ": a level holds at most " +
+                                       std::to_string(
+                                           InfoItemSectionId::MaxSubsectionPerSubsection() + 1) +
+                                       " sections");
+                    }
                     return false;
                 }
                 InfoItemSectionId const id =
@@ -994,8 +1031,11 @@ public:
             }
         }
         if (number > max) {
-            reader.Add(pointer,
-                       "no info number is left in section " + Shown(section.GetSectionName()));
+            if (full_.insert(section.GetSectionName()).second) {
+                reader.Add(pointer, "no info number is left in section " +
+                                        Shown(section.GetSectionName()) + ": it holds at most " +
+                                        std::to_string(max + 1) + " settings");
+            }
             return false;
         }
         out = sectionId.CreateInfoItemId(number);
@@ -1114,6 +1154,8 @@ private:
     std::vector<SectionId> planned_;
     std::map<unsigned int, std::string> ids_;
     std::map<unsigned int, std::set<unsigned int>> used_;
+    // The sections already reported as full.
+    std::set<std::string> full_;
 };
 
 struct Planned {
@@ -1150,6 +1192,11 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
     for (std::size_t i = 0; i < settings->items.size(); ++i) {
         JsonValue const& object = settings->items[i];
         std::string const pointer = "/settings/" + std::to_string(i);
+        JsonValue const* const named =
+            Kind::Object == object.kind ? Member(object, "path") : nullptr;
+        bool const pathShown =
+            named && Kind::String == named->kind && named->text.size() <= k_maxPathLength;
+        reader.SetPath(pathShown ? named->text : std::string());
         Family const* family = nullptr;
         boost::intrusive_ptr<InfoBase> info = ReadInfo(object, pointer, reader, false, family);
         if (Kind::Object != object.kind) {
@@ -1203,6 +1250,7 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
         planned.push_back(Planned{section, boost::intrusive_ptr<InfoBase>(
                                                info->DeepCopy(id, name, info->GetPermission()))});
     }
+    reader.SetPath(std::string());
     if (!problems.empty()) {
         return problems;
     }

@@ -246,14 +246,42 @@ private:
     Problems repeated_;
 };
 
+// "malformed JSON at line 3, column 7 (byte 41): ...", from the parser's
+// byte count: people find a line, programs an offset.
+std::string WithLine(std::string const& json, std::string const& message) {
+    static std::string const prefix = "malformed JSON at byte ";
+    if (message.compare(0, prefix.size(), prefix) != 0) {
+        return message;
+    }
+    std::size_t const end = message.find(':', prefix.size());
+    std::string const digits = message.substr(prefix.size(), end - prefix.size());
+    if (end == std::string::npos || digits.empty() ||
+        digits.find_first_not_of("0123456789") != std::string::npos || digits.size() > 18) {
+        return message;
+    }
+    std::size_t const byte = std::stoull(digits);
+    std::size_t const upTo = std::min(byte > 0 ? byte - 1 : 0, json.size());
+    std::size_t line = 1;
+    std::size_t lineStart = 0;
+    for (std::size_t i = 0; i < upTo; ++i) {
+        if (json[i] == '\n') {
+            ++line;
+            lineStart = i + 1;
+        }
+    }
+    return "malformed JSON at line " + std::to_string(line) + ", column " +
+           std::to_string(upTo - lineStart + 1) + " (byte " + digits + ")" + message.substr(end);
+}
+
 bool Run(std::string const& json, TreeBuilder& builder, Problems& problems) {
     bool const parsed = Json::sax_parse(json, &builder);
     if (parsed && !builder.Failed()) {
         problems = builder.Repeated();
         return problems.empty();
     }
-    problems.assign(1, Problem{builder.Failed() ? builder.ErrorPointer() : "",
-                               builder.Failed() ? builder.Error() : "malformed JSON"});
+    problems.assign(1,
+                    Problem{builder.Failed() ? builder.ErrorPointer() : "",
+                            builder.Failed() ? WithLine(json, builder.Error()) : "malformed JSON"});
     return false;
 }
 
