@@ -58,8 +58,7 @@ std::vector<PyProblem> ToPy(Files::Problems const& problems, bool valuesFile) {
     std::vector<PyProblem> out;
     out.reserve(problems.size());
     for (Files::Problem const& each : problems) {
-        out.push_back(
-            PyProblem{valuesFile ? PathOf(each) : std::string(), each.message, each.pointer});
+        out.push_back(PyProblem{valuesFile ? PathOf(each) : each.path, each.message, each.pointer});
     }
     return out;
 }

@@ -47,22 +47,22 @@ def test_load_values_is_all_or_nothing(device, tmp_path):
 
 
 @pytest.mark.parametrize(
-    "description, pointer, message",
+    "description, pointer, path, message",
     [
         ('{"settings": [{"path": "A/B", "type": "Numeric:U8", "min": 5, "max": 1}]}',
-         "/settings/0/max", "max is below min"),
+         "/settings/0/max", "A/B", "max is below min"),
         ('{"settings": [{"path": "A/B", "type": "Numeric:U31"}]}',
-         "/settings/0/type", "unknown type Numeric:U31"),
-        ('{"settings": [', "", None),
+         "/settings/0/type", "A/B", "unknown type Numeric:U31; did you mean Numeric:U32?"),
+        ('{"settings": [', "", "", None),
     ],
 )
-def test_a_wrong_description_is_refused_with_its_pointer(description, pointer, message):
+def test_a_wrong_description_is_refused_with_its_pointer(description, pointer, path, message):
     with pytest.raises(oru.CheckError) as raised:
         oru.Directory.from_json(description)
     problem = raised.value.problems[0]
-    assert (problem.pointer, problem.path) == (pointer, "")
+    assert (problem.pointer, problem.path) == (pointer, path)
     if message is None:
-        assert problem.message.startswith("malformed JSON at byte ")
+        assert problem.message.startswith("malformed JSON at line 1, column 15 (byte 15): ")
     else:
         assert problem.message == message
 
