@@ -52,6 +52,10 @@ bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DORU_BUILD_BENCH=ON -DORU_BUILD_TESTS=OFF $(CMAKE_FLAGS)
 	cmake --build build-bench -j $(JOBS)
 	ORU_BENCH_MIN_TIME=$(BENCH_MIN_TIME) ORU_BENCH_REPETITIONS=$(BENCH_REPETITIONS) ./bench/report build-bench
+	@# Python beside C++, where the module is built: a section of its own in RESULTS.md.
+	@if [ -d build-bench/python/oru ]; then \
+		ORU_BENCH_REPETITIONS=$(BENCH_REPETITIONS) /usr/bin/python3 bench/python_bench.py build-bench; \
+	fi
 
 # Seconds per benchmark case and repetitions of each (bench/report keeps the
 # least CPU time): short, so that the whole run stays within minutes.

@@ -384,6 +384,13 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
         ASSERT_TRUE(alone);
         EXPECT_TRUE(alone->IsEqualValue(wrote->GetItem()));
         EXPECT_EQ(alone->GetId(), ids[i]);
+        // With its Info, one value is written as the file writes its member.
+        std::string const member =
+            "\n  \"All/" + settings[i].name + "\": " +
+            WriteValue(*wrote->GetItem(), *source.FindInfo(ids[i])->GetInfo());
+        EXPECT_TRUE(json.find(member + ",\n") != std::string::npos ||
+                    json.find(member + "\n}") != std::string::npos)
+            << member;
     }
     // The forms that are this format's own choices, byte for byte.
     for (char const* line : {

@@ -1,0 +1,9 @@
+from . import testing as testing
+from ._oru import ChangeSet as ChangeSet
+from ._oru import CheckError as CheckError
+from ._oru import Directory as Directory
+from ._oru import Event as Event
+from ._oru import Item as Item
+from ._oru import Problem as Problem
+from ._oru import __version__ as __version__
+from ._oru import decode as decode
