@@ -68,8 +68,7 @@ TEST_F(OruFilesCliTest, CheckPrintsOneLinePerRefusedValueAndPassesOnceFixed) {
     // The sample's brightness, 130, lies above its maximum.
     auto const refused = RunTool("check " + Path("device.json") + " " + Path("values.json"));
     EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.out,
-              "Video/Brightness: Setting 'Brightness': the value is above the maximum 100\n");
+    EXPECT_EQ(refused.out, "Video/Brightness: 130 is above the maximum 100\n");
     EXPECT_EQ(refused.err, "");
 
     values_["Video/Brightness"] = 80;

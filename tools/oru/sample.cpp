@@ -188,7 +188,7 @@ std::vector<Setting> SampleSettings() {
         FromText<AddrInfo>(0x43000002, "Network/Gateway", "192.168.0.1"),
         FromText<EndpointInfo>(0x43000003, "Network/Syslog", "192.168.0.9:514"),
         MakeAppEndpoints(0x43000004, "Network/Streams",
-                         {"rtsp://192.168.0.20:554/main", "http://192.168.0.20:8080/snapshot"}),
+                         {"rtsp://192.168.0.20:554", "http://192.168.0.20:8080"}),
     };
 }
 
