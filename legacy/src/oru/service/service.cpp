@@ -313,15 +313,18 @@ std::unique_ptr<Service> Service::Load(std::string const& description, std::stri
     for (Json const& setting : document["settings"]) {
         Entry entry;
         entry.path = setting["path"].get<std::string>();
-        entry.id = setting["id"].get<unsigned int>();
-        auto const info = state->directory.FindInfo(entry.id);
-        unsigned short const bits =
-            info && info->GetInfo() ? info->GetInfo()->GetPermission().Value() : 0;
+        // The description writes ids as text; the directory knows each by its path.
+        auto const slot = state->directory.FindInfoItem(entry.path);
+        auto const& info = slot->GetInfoHolder()->GetInfo();
+        entry.id = info->GetId();
+        unsigned short const bits = info->GetPermission().Value();
         Permissions const& masks = state->permissions;
         entry.readable = masks.read == 0 || (bits & masks.read) != 0;
         entry.writable = masks.write == 0 || (bits & masks.write) != 0;
         entry.described = Dump(setting);
         entry.described.pop_back();
+        // What the access masks make of the permission, so a page need not.
+        entry.described += entry.writable ? ",\"writable\":true" : ",\"writable\":false";
         state->byPath.emplace(entry.path, state->entries.size());
         state->byId.emplace(entry.id, state->entries.size());
         state->entries.push_back(std::move(entry));
@@ -646,7 +649,8 @@ Response Service::State::Changes(Request const& request, bool apply) {
     if (!problems.empty()) {
         directory.changed.clear();
         answer["problems"] = std::move(problems);
-        return JsonResponse(refused ? 403 : 422, Dump(answer));
+        // A dry run that found problems has done its job: it answers them with 200.
+        return JsonResponse(apply ? (refused ? 403 : 422) : 200, Dump(answer));
     }
     if (!apply) {
         answer["problems"] = Json::array();
