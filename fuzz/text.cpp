@@ -47,8 +47,9 @@ boost::intrusive_ptr<InfoBase const> CompositeShape(std::uint8_t const* data, st
             // A nested composite gets no Info from its parent and refuses.
             info->AddInfo(boost::intrusive_ptr<InfoBase>(
                 new Legacy::Oru::CompositeInfo(0x420C0006 + i, "n", Legacy::Oru::Permission_t())));
-        } else if (child.makeInfo) {
-            info->AddInfo(boost::intrusive_ptr<InfoBase>(child.makeInfo(0x420C0006 + i)));
+        } else if (child.row->makeInfo) {
+            info->AddInfo(boost::intrusive_ptr<InfoBase>(
+                child.row->makeInfo(0x420C0006 + i, "", Legacy::Oru::Permission_t())));
         }
     }
     return info;
@@ -76,13 +77,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     OruTool::Family const& family = families[data[0] % families.size()];
     bool const composite = family.typeByte == 253;
     std::size_t used = 0;
-    boost::intrusive_ptr<ItemBase> item(family.makeItem(0x420C0005));
+    boost::intrusive_ptr<ItemBase> item(family.row->makeItem(0x420C0005));
     boost::intrusive_ptr<InfoBase const> info;
     if (composite) {
         // A composite reads in the shape of its Info, so the input gives one.
         info = CompositeShape(data + 1, size - 1, used);
-    } else if (family.makeInfo) {
-        info.reset(family.makeInfo(0x420C0005));
+    } else if (family.row->makeInfo) {
+        info.reset(family.row->makeInfo(0x420C0005, "", Legacy::Oru::Permission_t()));
     }
     std::string const before = State(*item);
     std::istringstream in(
