@@ -98,8 +98,25 @@ boost::intrusive_ptr<ItemBase> KnownItem(unsigned int id, std::uint8_t type,
         if (family.typeByte == 253) {
             words = {"Numeric:U16 65", "String pcm"};
         } else {
-            std::istringstream example(family.example ? family.example : "");
-            for (std::string word; example >> word;) {
+            // The example is written as a shell would take it: 'b c' is one word.
+            std::string word;
+            bool quoted = false, any = false;
+            for (char const c : std::string(family.example ? family.example : "")) {
+                if (c == '\'') {
+                    quoted = !quoted;
+                    any = true;
+                } else if (c == ' ' && !quoted) {
+                    if (any) {
+                        words.push_back(word);
+                    }
+                    word.clear();
+                    any = false;
+                } else {
+                    word += c;
+                    any = true;
+                }
+            }
+            if (any) {
                 words.push_back(word);
             }
         }

@@ -120,8 +120,10 @@ TEST(FilesLimits, SectionLevelsAndSubsections) {
     InfoItemDirectory deep;
     EXPECT_EQ(ReadDescription(Settings({Setting(path + "n")}), deep), Problems());
     EXPECT_EQ(ReadDescription(Settings({Setting(path + "x/n")}), deep),
-              (Problems{{"/settings/0/path", "the section path " + path + "x is deeper than " +
-                                                 std::to_string(levels) + " levels"}}));
+              (Problems{{"/settings/0/path",
+                         "the section path " + path + "x is deeper than " + std::to_string(levels) +
+                             " levels",
+                         path + "x/n"}}));
 
     // So many subsections fit at the top and under a parent; one more does not.
     std::size_t const subsections =
@@ -135,7 +137,10 @@ TEST(FilesLimits, SectionLevelsAndSubsections) {
         }
         EXPECT_EQ(
             ReadDescription(Settings({Setting(parent + "more/n")}), directory),
-            (Problems{{"/settings/0/path", "no section number is left for " + parent + "more"}}));
+            (Problems{{"/settings/0/path",
+                       "no section number is left for " + parent + "more: a level holds at most " +
+                           std::to_string(subsections) + " sections",
+                       parent + "more/n"}}));
     }
 }
 
@@ -163,10 +168,11 @@ TEST(FilesLimits, InfoFieldsPerDepth) {
                       Settings({Setting(path + "/last", ", \"id\": \"" + Hex(lastId) + "\"")}),
                       directory),
                   Problems());
-        EXPECT_EQ(ReadDescription(
-                      Settings({Setting(path + "/above", ", \"id\": \"" + Hex(above) + "\"")}),
-                      directory),
-                  (Problems{{"/settings/0/id", "id " + Hex(above) + " is no info id"}}));
+        EXPECT_EQ(
+            ReadDescription(
+                Settings({Setting(path + "/above", ", \"id\": \"" + Hex(above) + "\"")}),
+                directory),
+            (Problems{{"/settings/0/id", "id " + Hex(above) + " is no info id", path + "/above"}}));
     }
 
     // At depth 4 the whole field is filled by automatic ids: last + 1 settings.
