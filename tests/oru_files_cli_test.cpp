@@ -233,7 +233,7 @@ TEST_F(OruFilesCliTest, DescribeFileWritesWhatWasUnderstood) {
     };
     Bad const bad[] = {
         {R"({"settings": [{"path": "A/B", "type": "Numeric:U8", "max": 300}]})",
-         "oru describe: standard input: /settings/0/max: 300 does not fit U8 (0 to 255)\n"},
+         "oru describe: standard input: /settings/0/max (A/B): 300 does not fit U8 (0 to 255)\n"},
         {"{\"settings\": [", nullptr},
     };
     for (Bad const& row : bad) {
