@@ -185,7 +185,10 @@ TEST(FilesLimits, InfoFieldsPerDepth) {
     InfoItemDirectory directory;
     ASSERT_EQ(ReadDescription(Settings(settings), directory), Problems());
     EXPECT_EQ(ReadDescription(Settings({Setting("a/b/c/d/more")}), directory),
-              (Problems{{"/settings/0/path", "no info number is left in section a/b/c/d"}}));
+              (Problems{{"/settings/0/path",
+                         "no info number is left in section a/b/c/d: it holds at most " +
+                             std::to_string(room) + " settings",
+                         "a/b/c/d/more"}}));
 }
 
 TEST(FilesLimits, RecordsAndPermission) {

@@ -166,7 +166,7 @@ TEST_F(ServeTest, GetSetWatchDriveTheDeviceAndItsFile) {
     EXPECT_EQ(Checked(R"({"Audio/Input/Gain": 120, "Video/Mode": "day"})"), refused.out);
     ToolRun const locked = Client("set", served, {"Device/Name", "cam-2"});
     EXPECT_EQ(1, locked.status);
-    EXPECT_EQ("Device/Name: the setting may not be written through the service\n", locked.out);
+    EXPECT_EQ("/Device~1Name: the setting may not be written through the service\n", locked.out);
     EXPECT_EQ(72, Json::parse(ReadFile(folder_ / "values.json"))["Audio/Input/Gain"]);
 
     ToolRun const set = Client("set", served, {"Audio/Input/Gain", "80", "Video/Mode", "day"});

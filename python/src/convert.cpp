@@ -132,6 +132,12 @@ py::object FromNode(Json const& node, Shape const& shape) {
                 // Counts and identities in a description are whole numbers
                 // whatever the family.
                 bool const count = IsCount(member.key());
+                // Descriptions write ids as hexadecimal text; a script compares them as numbers.
+                if (member.key() == "id" && member.value().is_string()) {
+                    std::string const& text = member.value().get_ref<std::string const&>();
+                    out[py::str(member.key())] = py::int_(std::stoul(text, nullptr, 16));
+                    continue;
+                }
                 out[py::str(member.key())] = FromNode(member.value(), count ? Shape() : shape);
             }
             return std::move(out);

@@ -15,6 +15,8 @@
 #include <boost/beast/http.hpp>
 #include <nlohmann/json.hpp>
 
+#include <legacy/oru/files/problem.h>
+
 #include <legacy/oru/service/durable.h>
 
 #include "commands.h"
@@ -139,15 +141,21 @@ Answer Exchange(Connection const& connection, http::verb verb, std::string const
     return Answer{parser.get().result_int(), parser.get().body()};
 }
 
-// The problems of an answer, one per line: "PATH: message".
+// The problems of an answer, one per line, as `oru check` prints them: the
+// place in the change set as a values file's pointer, then the reason.
 void PrintProblems(std::string const& command, Answer const& answer) {
     Json const body = Json::parse(answer.body, nullptr, false);
     if (body.is_object() && body.contains("problems") && body["problems"].is_array() &&
         !body["problems"].empty()) {
+        std::string const prefix = "/changes";
         for (Json const& problem : body["problems"]) {
-            std::string const path = problem.value("path", "");
-            std::string const message = problem.value("message", "");
-            std::cout << (path.empty() ? "" : path + ": ") << message << "\n";
+            std::string pointer = problem.value("pointer", "");
+            if (pointer.compare(0, prefix.size(), prefix) == 0) {
+                pointer.erase(0, prefix.size());
+            }
+            std::cout << Legacy::Oru::Files::ToString(Legacy::Oru::Files::Problem(
+                             pointer, problem.value("message", ""), problem.value("path", "")))
+                      << "\n";
         }
         return;
     }

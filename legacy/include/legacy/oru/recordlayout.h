@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <vector>
 
+#include <legacy/oru/export.h>
+
 namespace Legacy {
 namespace Oru {
 namespace RecordLayout {
