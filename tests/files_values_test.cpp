@@ -386,8 +386,8 @@ TEST(FilesValues, EveryFamilyReadsBackEqualThroughItsJsonForm) {
         EXPECT_EQ(alone->GetId(), ids[i]);
         // With its Info, one value is written as the file writes its member.
         std::string const member =
-            "\n  \"All/" + settings[i].name + "\": " +
-            WriteValue(*wrote->GetItem(), *source.FindInfo(ids[i])->GetInfo());
+            "\n  \"All/" + settings[i].name +
+            "\": " + WriteValue(*wrote->GetItem(), *source.FindInfo(ids[i])->GetInfo());
         EXPECT_TRUE(json.find(member + ",\n") != std::string::npos ||
                     json.find(member + "\n}") != std::string::npos)
             << member;
