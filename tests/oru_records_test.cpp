@@ -169,7 +169,12 @@ TEST(OruRecordsTest, EncodeNeverWritesAValueOtherThanTheOneTyped) {
          "16777217 is no NumericArray:Float value: the nearest one is 16777216"},
         {"Rectangle:Float 1 0 0 16777217 1",
          "16777217 is no Rectangle:Float value: the nearest one is 16777216"},
-        {"Numeric:Float 1 0.1", "0.1 is no Numeric:Float value: the nearest one is 0.100000001"},
+        // More digits than the element holds; but as many as it holds are its
+        // value, and then the record is what refuses a fraction.
+        {"Numeric:Double 1 0.1000000000000000001",
+         "0.1000000000000000001 is no Numeric:Double value: the nearest one is 0.1"},
+        {"NumericSparse:Float 1 0.4",
+         "'0.4' cannot be written exactly as NumericSparse:Float: its record reads back as '0'"},
         {"Enum 1 4294967295", "4294967295 does not fit Enum (-2147483648 to 2147483647)"},
         {"Enum 1 -2147483649", "-2147483649 does not fit Enum (-2147483648 to 2147483647)"},
         {"Numeric:Float 1 30.5",

@@ -230,14 +230,32 @@ bool ParseDecimal(std::string const& text, Decimal& value) {
     return true;
 }
 
-// The exact value of a double: glibc prints every digit that is asked for,
-// and no double has more than 1074 after the point.
-Decimal ExactValue(double number) {
-    std::vector<char> text(1500);
-    std::snprintf(text.data(), text.size(), "%.1080f", number);
+// The value held, rounded to as many significant digits as were typed: what
+// the typed number must be for the element to hold it as typed. So 0.1 is a
+// float (the float nearest 0.1 reads 0.1 to one digit) and 16777217 is not.
+Decimal HeldToDigits(double held, std::size_t digits) {
+    std::vector<char> text(digits + 32);
+    std::snprintf(text.data(), text.size(), "%.*e", static_cast<int>(digits - 1), held);
     Decimal value;
     ParseDecimal(text.data(), value);
     return value;
+}
+
+// The fewest digits that read back as the element's value.
+template <class E>
+std::string Shortest(E held) {
+    char text[64];
+    for (int digits = 1; digits < std::numeric_limits<E>::max_digits10; ++digits) {
+        std::snprintf(text, sizeof text, "%.*g", digits, static_cast<double>(held));
+        E const back = std::is_same<E, float>::value ? static_cast<E>(std::strtof(text, nullptr))
+                                                     : static_cast<E>(std::strtod(text, nullptr));
+        if (back == held) {
+            return text;
+        }
+    }
+    std::snprintf(text, sizeof text, "%.*g", std::numeric_limits<E>::max_digits10,
+                  static_cast<double>(held));
+    return text;
 }
 
 // Why the word is no value of element type E (out of range, or a number that
@@ -264,15 +282,14 @@ std::string Refuse(std::string const& word, std::string const& family) {
                 return outside;  // too small to be held at all
             }
         }
-        // The element's nearest value must be the number typed, exactly.
+        // The element's nearest value must read as the number typed, to the
+        // digits typed.
         E const held = std::is_same<E, float>::value ? static_cast<E>(std::strtof(begin, nullptr))
                                                      : static_cast<E>(value);
         Decimal typed;
-        if (ParseDecimal(word, typed) && !(typed == ExactValue(static_cast<double>(held)))) {
-            char nearest[64];
-            std::snprintf(nearest, sizeof nearest, "%.*g", std::numeric_limits<E>::max_digits10,
-                          static_cast<double>(held));
-            return word + " is no " + family + " value: the nearest one is " + nearest;
+        if (ParseDecimal(word, typed) && !typed.digits.empty() &&
+            !(typed == HeldToDigits(static_cast<double>(held), typed.digits.size()))) {
+            return word + " is no " + family + " value: the nearest one is " + Shortest(held);
         }
         return std::string();
     }
