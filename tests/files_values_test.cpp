@@ -890,11 +890,18 @@ TEST(FilesValues, HugeNumbersAndStringsAreRefusedByRangeOrCheckNotWrapped) {
 TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     auto const bytes = NewInfo<NumericArrayInfo<U8Traits>>(9, "Bytes");
     Problems problems;
-    ItemPtr item = ReadValue("[1, 2.0, 1e2, 255]", *bytes, problems);
+    ItemPtr item = ReadValue("[1, 2, 100, 255]", *bytes, problems);
     ASSERT_TRUE(item);
     EXPECT_EQ(problems, Problems{});
     EXPECT_EQ(item->GetId(), 9u);
     EXPECT_EQ(WriteValue(*item), "[1,2,100,255]");
+
+    // A whole number in a float's form is a float to whoever wrote it.
+    EXPECT_FALSE(ReadValue("[2.0, 1e2, -0.0]", *bytes, problems, "/x"));
+    EXPECT_EQ(problems, (Problems{{"/x/0", "expected a whole number in plain digits for U8, not 2.0"},
+                                  {"/x/1", "expected a whole number in plain digits for U8, not 1e2"},
+                                  {"/x/2", "expected a whole number in plain digits for U8, not -0.0"}}));
+    problems.clear();
 
     EXPECT_FALSE(ReadValue("[1, 256, 0.25, null]", *bytes, problems, "/x"));
     EXPECT_EQ(problems, (Problems{{"/x/1", "256 does not fit U8 (0 to 255)"},
@@ -909,7 +916,7 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
              "malformed JSON at line 1, column 3 (byte 3): syntax error while parsing array - "
              "unexpected end of input; expected ']'"}}));
 
-    // Integers beyond a double's exact range stay exact; exponent forms there are refused.
+    // Integers beyond a double's exact range stay exact.
     auto const wide = NewInfo<NumericInfo<S64Traits>>(3, "Wide");
     problems.clear();
     item = ReadValue("9007199254740993", *wide, problems);
@@ -918,7 +925,7 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
     EXPECT_FALSE(ReadValue("1e17", *wide, problems, "/w"));
     EXPECT_FALSE(ReadValue("-9223372036854775809", *wide, problems, "/w"));
     EXPECT_EQ(problems,
-              (Problems{{"/w", "write 1e17 in plain digits: in this form it is not exact"},
+              (Problems{{"/w", "expected a whole number in plain digits for S64, not 1e17"},
                         {"/w",
                          "-9223372036854775809 does not fit S64 "
                          "(-9223372036854775808 to 9223372036854775807)"}}));

@@ -23,6 +23,11 @@ std::vector<Device::Change> Device::TakeChanges(double timeout) {
     return out;
 }
 
+std::uint64_t Device::LostChanges() {
+    std::lock_guard<std::mutex> lock(changesMutex_);
+    return lost_;
+}
+
 std::string Device::PathOf(InfoBase const& info) const {
     return FindSection(InfoItemSectionId(info.GetId())).GetSectionName() + "/" + info.GetName();
 }
@@ -50,6 +55,10 @@ void Device::ItemChanged_(boost::intrusive_ptr<ItemHolder const> const& oldItem,
                           boost::intrusive_ptr<InfoItemHolder const> const& holder) {
     {
         std::lock_guard<std::mutex> lock(changesMutex_);
+        if (changes_.size() == k_maxPendingChanges) {
+            changes_.pop_front();
+            ++lost_;
+        }
         changes_.push_back(Change{oldItem, holder});
     }
     changed_.notify_all();

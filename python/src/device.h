@@ -6,6 +6,7 @@
 #define ORU_PYTHON_DEVICE_H
 
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <string>
@@ -34,9 +35,16 @@ public:
     // Held for every use of the directory.
     std::mutex& Mutex() { return mutex_; }
 
+    // A script that never pulls its events must not hold every old value:
+    // past this many waiting changes the oldest are dropped, and counted.
+    static constexpr std::size_t k_maxPendingChanges = 65536;
+
     // The changes recorded since the last call, oldest first; when there are
     // none, waits up to timeout seconds for one. Takes no directory lock.
     std::vector<Change> TakeChanges(double timeout);
+
+    // How many changes were dropped unread since the directory was made.
+    std::uint64_t LostChanges();
 
     // "Audio/Input/Gain" for the Info of a setting of this directory. Under Mutex().
     std::string PathOf(Legacy::Oru::InfoBase const& info) const;
@@ -59,6 +67,7 @@ private:
     std::mutex changesMutex_;
     std::condition_variable changed_;
     std::deque<Change> changes_;
+    std::uint64_t lost_ = 0;
 
     // Filled from the files layer's description on first use, dropped when an Info changes.
     bool descriptionsValid_ = false;

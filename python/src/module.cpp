@@ -610,6 +610,8 @@ PYBIND11_MODULE(_oru, m) {
                 return out;
             },
             py::arg("timeout") = 0.0)
+        .def_property_readonly("events_lost",
+                               [](DevicePtr const& self) { return self->LostChanges(); })
         .def("values_json",
              [](Device& self) {
                  py::gil_scoped_release free;

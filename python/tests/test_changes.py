@@ -91,6 +91,22 @@ def test_events_wait_for_a_change_up_to_the_timeout(device):
     assert [(e.path, e.value) for e in events] == [("Audio/Input/Gain", 5)]
 
 
+def test_unread_events_are_bounded_and_the_dropped_ones_counted(device):
+    device.events()
+    assert device.events_lost == 0
+    waiting = 65536
+    for i in range(waiting + 10):
+        device["Audio/Input/Gain"] = i % 101
+    events = device.events()
+    assert len(events) == waiting
+    assert device.events_lost == 10
+    # The newest are kept: the last one is the value the device holds.
+    assert events[-1].value == device["Audio/Input/Gain"] == (waiting + 9) % 101
+    assert (events[0].old, events[0].value) == (9, 10)
+    device["Audio/Input/Gain"] = 1
+    assert len(device.events()) == 1 and device.events_lost == 10
+
+
 def test_threads_may_share_a_device(device):
     errors = []
 

@@ -13,6 +13,7 @@ REFUSALS = [
     ("Audio/Input/Gain", -1, "-1 does not fit U32 (0 to 4294967295)"),
     ("Audio/Input/Gain", 2**64, "18446744073709551616 does not fit U32 (0 to 4294967295)"),
     ("Audio/Input/Gain", 2.5, "expected a whole number for U32, not 2.5"),
+    ("Audio/Input/Gain", 72.0, "expected a whole number in plain digits for U32, not 72.0"),
     ("Audio/Input/Gain", 1e17, "1e+17 does not fit U32 (0 to 4294967295)"),
     ("Audio/Input/Gain", True, "expected a number, not a boolean"),
     ("Audio/Input/Gain", "72", "expected a number, not a string"),

@@ -41,9 +41,6 @@ using Kind = JsonValue::Kind;
 // problems: past this many in one value the rest are counted.
 constexpr std::size_t k_maxProblemsPerValue = 20;
 
-// Largest magnitude up to which every whole double is exact.
-constexpr double k_exactDouble = 9007199254740992.0;
-
 // Collects the problems of the values read, capped per value.
 class Sink {
 public:
@@ -268,8 +265,8 @@ bool ReadElement(JsonValue const& value, E& out, std::string& why, char const* n
                 why = OutOfRange<E>(value, name);
                 return false;
             case Kind::Float: {
-                // "2.0" and "1e3" are whole numbers; a double holds them
-                // exactly only up to 2^53.
+                // Integer settings take plain digits only: "2.0" or "1e3" is
+                // a float to a script or an editor, and would come back as 2.
                 double parsed = 0;
                 char const* const begin = value.text.data();
                 char const* const end = begin + value.text.size();
@@ -295,13 +292,9 @@ bool ReadElement(JsonValue const& value, E& out, std::string& why, char const* n
                     why = OutOfRange<E>(value, name);
                     return false;
                 }
-                if (std::fabs(parsed) > k_exactDouble) {
-                    why = "write " + NumberText(value) +
-                          " in plain digits: in this form it is not exact";
-                    return false;
-                }
-                out = static_cast<E>(parsed);
-                return true;
+                why = std::string("expected a whole number in plain digits for ") + name +
+                      ", not " + NumberText(value);
+                return false;
             }
             default:
                 why = Expected("a number", value);
