@@ -59,7 +59,7 @@ void Device::ItemChanged_(boost::intrusive_ptr<ItemHolder const> const& oldItem,
             changes_.pop_front();
             ++lost_;
         }
-        changes_.push_back(Change{oldItem, holder});
+        changes_.push_back(Change{oldItem, holder->GetItemHolder(), holder});
     }
     changed_.notify_all();
 }

@@ -22,9 +22,11 @@ namespace OruPython {
 
 class Device : public Legacy::Oru::InfoItemDirectory {
 public:
-    // One change of an Item: what it was (null for the first) and the slot after it.
+    // One change of an Item: what it was (null for the first), what it
+    // became (null when removed), and its slot.
     struct Change {
         boost::intrusive_ptr<Legacy::Oru::ItemHolder const> oldItem;
+        boost::intrusive_ptr<Legacy::Oru::ItemHolder const> newItem;
         boost::intrusive_ptr<Legacy::Oru::InfoItemHolder const> slot;
     };
 

@@ -595,7 +595,8 @@ PYBIND11_MODULE(_oru, m) {
                 py::list out;
                 for (std::size_t i = 0; i < changes.size(); ++i) {
                     InfoBase const* info = changes[i].slot->GetInfoHolder()->GetInfo().get();
-                    auto const& now = changes[i].slot->GetItemHolder();
+                    // The value this change made, not a later one.
+                    auto const& now = changes[i].newItem;
                     PyEvent event;
                     event.path = paths[i];
                     event.id = info->GetId();
