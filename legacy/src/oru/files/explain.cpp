@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include <legacy/oru/catalogue.h>
 #include <legacy/oru/files/check.h>
 #include <legacy/oru/oru.h>
 
@@ -67,13 +68,28 @@ Failure Illegal(ItemBase const& item, InfoBase const* info) {
                     BracketedTypeText(item.GetType(), item.GetNumericType())});
 }
 
+// The Info as InfoT when its type bytes name that class; null otherwise, as
+// the model's checks find an Info of another family.
+template <class InfoT>
+InfoT const* InfoAs(InfoBase const* info) {
+    InfoT const* out = nullptr;
+    if (info) {
+        Catalogue::VisitInfo(*info, [&](auto const& concrete) {
+            if constexpr (std::is_same<std::decay_t<decltype(concrete)>, InfoT>::value) {
+                out = &concrete;
+            }
+        });
+    }
+    return out;
+}
+
 // Size bounds of the array families: below the minimum first, then above the
 // maximum, each with its own key.
 template <class InfoT>
 std::optional<Failure> SizeFailure(ItemBase const& item, InfoBase const* info,
                                    unsigned long long size, char const* minKey,
                                    char const* maxKey) {
-    auto const* const arrayInfo = dynamic_cast<InfoT const*>(info);
+    auto const* const arrayInfo = InfoAs<InfoT>(info);
     if (!arrayInfo) {
         return TypeMismatch(item, info);
     }
@@ -88,7 +104,7 @@ std::optional<Failure> SizeFailure(ItemBase const& item, InfoBase const* info,
 
 template <class T>
 std::optional<Failure> NumericFailure(NumericItem<T> const& item, InfoBase const* info) {
-    auto const* const numericInfo = dynamic_cast<NumericInfo<T> const*>(info);
+    auto const* const numericInfo = InfoAs<NumericInfo<T>>(info);
     if (!numericInfo) {
         return TypeMismatch(item, info);
     }
@@ -110,39 +126,8 @@ std::optional<Failure> NumericFailure(NumericItem<T> const& item, InfoBase const
     return failure;
 }
 
-template <class T>
-bool TryNumeric(ItemBase const& item, InfoBase const* info, std::optional<Failure>& out) {
-    if (auto const* const numeric = dynamic_cast<NumericItem<T> const*>(&item)) {
-        out = NumericFailure<T>(*numeric, info);
-        return true;
-    }
-    if (auto const* const array = dynamic_cast<NumericArrayItem<T> const*>(&item)) {
-        out = SizeFailure<NumericArrayInfo<T>>(item, info, array->GetSize(),
-                                               "TypesSystemNumericArrayValidationMinSize",
-                                               "TypesSystemNumericArrayValidationMaxSize");
-        return true;
-    }
-    if (dynamic_cast<NumericSparseItem<T> const*>(&item)) {
-        out = Illegal(item, info);
-        return true;
-    }
-    return false;
-}
-
-template <class T>
-bool TryGeometry(ItemBase const& item, InfoBase const* info, std::optional<Failure>& out) {
-    if (dynamic_cast<CoordinateItem<T> const*>(&item) || dynamic_cast<RectItem<T> const*>(&item)) {
-        out = Illegal(item, info);
-        return true;
-    }
-    return false;
-}
-
 std::optional<Failure> CompositeFailure(CompositeItem const& item, InfoBase const* info) {
-    // The composite tests the Info's family word before its class.
-    auto const* const compositeInfo = info && info->GetType() == OruType_t::Composite
-                                          ? dynamic_cast<CompositeInfo const*>(info)
-                                          : nullptr;
+    auto const* const compositeInfo = InfoAs<CompositeInfo>(info);
     if (!compositeInfo) {
         return TypeMismatch(item, info);
     }
@@ -160,7 +145,7 @@ std::optional<Failure> CompositeFailure(CompositeItem const& item, InfoBase cons
 }
 
 std::optional<Failure> BoolFailure(BoolItem const& item, InfoBase const* info) {
-    auto const* const boolInfo = dynamic_cast<BoolInfo const*>(info);
+    auto const* const boolInfo = InfoAs<BoolInfo>(info);
     if (!boolInfo) {
         return TypeMismatch(item, info);
     }
@@ -172,7 +157,7 @@ std::optional<Failure> BoolFailure(BoolItem const& item, InfoBase const* info) {
 }
 
 std::optional<Failure> EnumFailure(EnumItem const& item, InfoBase const* info) {
-    auto const* const enumInfo = dynamic_cast<EnumInfo const*>(info);
+    auto const* const enumInfo = InfoAs<EnumInfo>(info);
     if (!enumInfo) {
         return TypeMismatch(item, info);
     }
@@ -184,7 +169,7 @@ std::optional<Failure> EnumFailure(EnumItem const& item, InfoBase const* info) {
 }
 
 std::optional<Failure> StringFailure(StringItem const& item, InfoBase const* info) {
-    auto const* const stringInfo = dynamic_cast<StringInfo const*>(info);
+    auto const* const stringInfo = InfoAs<StringInfo>(info);
     if (!stringInfo) {
         return TypeMismatch(item, info);
     }
@@ -195,82 +180,72 @@ std::optional<Failure> StringFailure(StringItem const& item, InfoBase const* inf
                    {stringInfo->GetName(), Text(stringInfo->GetMaxLength())});
 }
 
-// The failing check's composition, found by the item's family word and then
-// its class; nothing when the family's conditions hold or the item is of no
-// class the model checks.
-std::optional<Failure> Derive(ItemBase const& item, InfoBase const* info) {
-    std::optional<Failure> out;
-    switch (item.GetType()) {
-        case OruType_t::Numeric:
-        case OruType_t::NumericArray:
-        case OruType_t::NumericSparse:
-#define ORU_FILES_TRY_NUMERIC(T)                                                       \
-    if (item.GetNumericType() == T::k_numericType && TryNumeric<T>(item, info, out)) { \
-        return out;                                                                    \
-    }
-            LEGACY_ORU_FOR_EACH_NUMERIC_TRAITS(ORU_FILES_TRY_NUMERIC)
-#undef ORU_FILES_TRY_NUMERIC
-            break;
-        case OruType_t::Coordinate:
-        case OruType_t::Rectangle:
-#define ORU_FILES_TRY_GEOMETRY(T)                                                       \
-    if (item.GetNumericType() == T::k_numericType && TryGeometry<T>(item, info, out)) { \
-        return out;                                                                     \
-    }
-            LEGACY_ORU_FOR_EACH_GEOMETRY_TRAITS(ORU_FILES_TRY_GEOMETRY)
-#undef ORU_FILES_TRY_GEOMETRY
-            break;
-        case OruType_t::RectArray:
-            if (dynamic_cast<RectArrayItem<U16Traits> const*>(&item)) {
-                return Illegal(item, info);
-            }
-            break;
-        case OruType_t::Bool:
-            if (auto const* const flag = dynamic_cast<BoolItem const*>(&item)) {
-                return BoolFailure(*flag, info);
-            }
-            break;
-        case OruType_t::BoolArray:
-            if (auto const* const flags = dynamic_cast<BoolArrayItem const*>(&item)) {
-                // One key for both bounds, as the check writes it.
-                return SizeFailure<BoolArrayInfo>(item, info, flags->GetSize(),
-                                                  "BoolArrayValidationMinSize",
-                                                  "BoolArrayValidationMinSize");
-            }
-            break;
-        case OruType_t::StringArray:
-            if (auto const* const strings = dynamic_cast<StringArrayItem const*>(&item)) {
-                return SizeFailure<StringArrayInfo>(item, info, strings->GetSize(),
-                                                    "TypesSystemStringArrayValidationMinSize",
-                                                    "TypesSystemStringArrayValidationMaxSize");
-            }
-            break;
-        case OruType_t::Enum:
-            if (auto const* const choice = dynamic_cast<EnumItem const*>(&item)) {
-                return EnumFailure(*choice, info);
-            }
-            break;
-        case OruType_t::String:
-            if (auto const* const text = dynamic_cast<StringItem const*>(&item)) {
-                return StringFailure(*text, info);
-            }
-            break;
-        case OruType_t::Composite:
-            if (auto const* const composite = dynamic_cast<CompositeItem const*>(&item)) {
-                return CompositeFailure(*composite, info);
-            }
-            break;
-        case OruType_t::Extended:
-            if (dynamic_cast<ExtendedItem const*>(&item) &&
-                !dynamic_cast<ExtendedInfo const*>(info)) {
-                return TypeMismatch(item, info);
-            }
-            break;
-        default:
-            // The other families pass every check.
-            break;
+// The failing check's composition for each class the model checks; every
+// other family passes every check.
+template <class I>
+std::optional<Failure> FailureOf(I const&, InfoBase const*) {
+    return std::nullopt;
+}
+template <class T>
+std::optional<Failure> FailureOf(NumericItem<T> const& item, InfoBase const* info) {
+    return NumericFailure<T>(item, info);
+}
+template <class T>
+std::optional<Failure> FailureOf(NumericArrayItem<T> const& item, InfoBase const* info) {
+    return SizeFailure<NumericArrayInfo<T>>(item, info, item.GetSize(),
+                                            "TypesSystemNumericArrayValidationMinSize",
+                                            "TypesSystemNumericArrayValidationMaxSize");
+}
+// The model refuses every value of these families.
+template <class T>
+std::optional<Failure> FailureOf(NumericSparseItem<T> const& item, InfoBase const* info) {
+    return Illegal(item, info);
+}
+template <class T>
+std::optional<Failure> FailureOf(CoordinateItem<T> const& item, InfoBase const* info) {
+    return Illegal(item, info);
+}
+template <class T>
+std::optional<Failure> FailureOf(RectItem<T> const& item, InfoBase const* info) {
+    return Illegal(item, info);
+}
+template <class T>
+std::optional<Failure> FailureOf(RectArrayItem<T> const& item, InfoBase const* info) {
+    return Illegal(item, info);
+}
+std::optional<Failure> FailureOf(BoolItem const& item, InfoBase const* info) {
+    return BoolFailure(item, info);
+}
+std::optional<Failure> FailureOf(BoolArrayItem const& item, InfoBase const* info) {
+    // One key for both bounds, as the check writes it.
+    return SizeFailure<BoolArrayInfo>(item, info, item.GetSize(), "BoolArrayValidationMinSize",
+                                      "BoolArrayValidationMinSize");
+}
+std::optional<Failure> FailureOf(StringArrayItem const& item, InfoBase const* info) {
+    return SizeFailure<StringArrayInfo>(item, info, item.GetSize(),
+                                        "TypesSystemStringArrayValidationMinSize",
+                                        "TypesSystemStringArrayValidationMaxSize");
+}
+std::optional<Failure> FailureOf(EnumItem const& item, InfoBase const* info) {
+    return EnumFailure(item, info);
+}
+std::optional<Failure> FailureOf(StringItem const& item, InfoBase const* info) {
+    return StringFailure(item, info);
+}
+std::optional<Failure> FailureOf(CompositeItem const& item, InfoBase const* info) {
+    return CompositeFailure(item, info);
+}
+std::optional<Failure> FailureOf(ExtendedItem const& item, InfoBase const* info) {
+    if (!InfoAs<ExtendedInfo>(info)) {
+        return TypeMismatch(item, info);
     }
     return std::nullopt;
+}
+
+std::optional<Failure> Derive(ItemBase const& item, InfoBase const* info) {
+    std::optional<Failure> out;
+    Catalogue::VisitItem(item, [&](auto const& concrete) { out = FailureOf(concrete, info); });
+    return out;
 }
 
 LocalizedString MessageOf(std::string const& key, std::vector<std::string> const& arguments) {
