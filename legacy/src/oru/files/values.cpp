@@ -14,6 +14,7 @@
 
 #include <legacy/oru/files/check.h>
 #include <legacy/oru/oru.h>
+#include <legacy/oru/recordlayout.h>
 
 #include "checkrules.h"
 #include "families.h"
@@ -36,19 +37,19 @@ bool RecordSize(ItemBase const& item, std::uint64_t& size, std::string& problem)
         size = item.GetSerialDataSize();
         return true;
     }
-    if (composite->GetSize() > 0xFFFFu) {
+    if (composite->GetSize() > RecordLayout::k_maxChildren) {
         problem = "a composite record holds at most 65535 children, this one has " +
                   std::to_string(composite->GetSize());
         return false;
     }
-    size = 2;  // the count
+    size = RecordLayout::k_childCountSize;
     for (std::size_t i = 0; i < composite->GetSize(); ++i) {
         CompositeItem::ConstItemPtr const child = composite->GetItem(i);
         std::uint64_t childSize = 0;
         if (child && !RecordSize(*child, childSize, problem)) {
             return false;
         }
-        size += 10 + childSize;  // each child is a record of its own
+        size += RecordLayout::FlatSize(childSize);  // each child is a record of its own
     }
     return true;
 }
