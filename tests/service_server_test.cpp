@@ -3,6 +3,7 @@
 // on a free port, with short timeouts so that the cases stay quick.
 #include <legacy/oru/service/server.h>
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -44,7 +45,8 @@ std::string ReadFile(std::string const& path) {
 
 class Running {
 public:
-    explicit Running(Service::Limits limits = ShortLimits()) {
+    explicit Running(Service::Limits limits = ShortLimits(), bool durable = true,
+                     char const* description = k_description) {
         char folder[] = "/tmp/oru-service-XXXXXX";
         folder_ = mkdtemp(folder);
         values_ = folder_ + "/values.json";
@@ -52,11 +54,11 @@ public:
         Service::Access access;
         access.token = k_token;
         Files::Problems problems;
-        auto service = Service::Service::Load(k_description, k_values, access, problems);
+        auto service = Service::Service::Load(description, k_values, access, problems);
         Service::ServerOptions options;
         options.address = "127.0.0.1";
         options.port = 0;
-        options.valuesFile = values_;
+        options.valuesFile = durable ? values_ : std::string();
         options.limits = limits;
         server_ = std::make_unique<Service::Server>(std::move(service), options);
         std::string error;
@@ -96,6 +98,12 @@ public:
     explicit Client(unsigned short port) : socket_(io_) {
         socket_.connect(tcp::endpoint(asio::ip::make_address("127.0.0.1"), port));
     }
+    // A client with a small receive window.
+    Client(unsigned short port, int window) : socket_(io_) {
+        socket_.open(tcp::v4());
+        socket_.set_option(asio::socket_base::receive_buffer_size(window));
+        socket_.connect(tcp::endpoint(asio::ip::make_address("127.0.0.1"), port));
+    }
     // A server that refuses early closes before all is sent; what it
     // answered is read all the same.
     void Send(std::string const& bytes) {
@@ -107,6 +115,11 @@ public:
         char chunk[65536];
         boost::system::error_code error;
         while (until.empty() || received_.find(until) == std::string::npos) {
+            // A server silent for this long fails the case, not the suite.
+            pollfd ready{socket_.native_handle(), POLLIN, 0};
+            if (::poll(&ready, 1, 10000) <= 0) {
+                break;
+            }
             std::size_t const size = socket_.read_some(asio::buffer(chunk), error);
             if (error) {
                 break;
@@ -316,6 +329,47 @@ TEST(ServiceServerTest, StreamsCarryChangeSetsAndHeartbeats) {
     again.Send("GET /api/events HTTP/1.1\r\n" + g_host + "Authorization: Bearer " +
                std::string(k_token) + "\r\nLast-Event-ID: " + std::to_string(start) + "\r\n\r\n");
     EXPECT_NE(std::string::npos, again.Receive(frame).find(frame));
+}
+
+TEST(ServiceServerTest, AStreamThatFallsBehindIsToldToResyncAndGoesOn) {
+    Service::Limits limits = Running::ShortLimits();
+    limits.eventQueue = 4;
+    limits.heartbeat = std::chrono::milliseconds(60000);
+    // Kept in memory, so that thousands of changes do not wait for the
+    // disk; each frame carries kilobytes, more than the socket buffers hold.
+    Running server(limits, false, R"({"settings": [
+      {"path": "Audio/Gain", "type": "Numeric:U32", "permission": 3, "max": 100, "default": 50},
+      {"path": "Device/Name", "type": "String", "permission": 3, "maxLength": 4096}]})");
+    Client stream(server.Port(), 1024);
+    stream.Send(Request("GET", "/api/events"));
+    stream.Receive("event: revision");
+    // The stream is not read meanwhile: its frames fill the socket, then
+    // the queue, which the server drops for one resync frame.
+    Client writer(server.Port());
+    int const applies = 3000;
+    for (int i = 0; i < applies; ++i) {
+        std::string const name(4000, static_cast<char>('a' + i % 26));
+        writer.Send(
+            Request("POST", "/api/apply", R"({"changes": {"Device/Name": ")" + name + "\"}}"));
+        ASSERT_EQ(200, StatusOf(writer.Response())) << i;
+    }
+    std::string const behind = stream.Receive("event: resync");
+    std::size_t const resync = behind.find("event: resync");
+    ASSERT_NE(std::string::npos, resync);
+    std::size_t frames = 0;
+    for (std::size_t at = behind.find("\"changes\""); at != std::string::npos;
+         at = behind.find("\"changes\"", at + 1)) {
+        ++frames;
+    }
+    EXPECT_LT(frames, static_cast<std::size_t>(applies));
+    // The resync names the revision to fetch from; the stream goes on after it.
+    EXPECT_NE(std::string::npos, behind.find("data: {\"revision\":", resync));
+    // The writer's idle connection has timed out meanwhile.
+    ASSERT_EQ(200, StatusOf(Exchange(server.Port(),
+                                     Request("POST", "/api/apply",
+                                             R"({"changes": {"Device/Name": "after"}})", true))));
+    EXPECT_NE(std::string::npos,
+              stream.Receive("\"after\"").find("\"Device/Name\":\"after\"", resync));
 }
 
 TEST(ServiceServerTest, StopFinishesWhatItHoldsAndEndsStreams) {
