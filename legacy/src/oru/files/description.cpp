@@ -253,7 +253,8 @@ bool ReadColour(JsonValue const& value, std::string const& pointer, Reader& read
 
 void Describe(InfoBase const& info, Json& out);
 boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string const& pointer,
-                                        Reader& reader, bool child, Family const*& family);
+                                        Reader& reader, bool child, Family const*& family,
+                                        Permission_t* permissionOut = nullptr);
 
 // min, max and default of a scalar, read together so that they are checked
 // against each other and the Info never clamps one of them.
@@ -881,8 +882,11 @@ boost::intrusive_ptr<InfoBase> Renamed(InfoBase const& info, unsigned int id,
 
 // One Info from its object: the top-level settings carry "path" and "id"
 // (read by the caller), children "name" and "id". Null when it cannot be made.
+// With permissionOut the Info is left unnamed and its permission is handed
+// out, for the caller to make the one copy under its final identity.
 boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string const& pointer,
-                                        Reader& reader, bool child, Family const*& family) {
+                                        Reader& reader, bool child, Family const*& family,
+                                        Permission_t* permissionOut) {
     family = nullptr;
     if (!reader.Object(object, pointer)) {
         return nullptr;
@@ -948,6 +952,10 @@ boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string con
         for (Problem const& problem : found) {
             reader.Add(problem.pointer, problem.message);
         }
+    }
+    if (permissionOut) {
+        *permissionOut = Permission_t(permission);
+        return info;
     }
     return Renamed(*info, id, name, Permission_t(permission));
 }
@@ -1262,7 +1270,9 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
             named && Kind::String == named->kind && named->text.size() <= k_maxPathLength;
         reader.SetPath(pathShown ? named->text : std::string());
         Family const* family = nullptr;
-        boost::intrusive_ptr<InfoBase> info = ReadInfo(object, pointer, reader, false, family);
+        Permission_t permission;
+        boost::intrusive_ptr<InfoBase> info =
+            ReadInfo(object, pointer, reader, false, family, &permission);
         if (Kind::Object != object.kind) {
             continue;
         }
@@ -1311,8 +1321,7 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
         if (!plan.Claim(id, path, idJson ? pointer + "/id" : pathPointer, reader) || !info) {
             continue;
         }
-        planned.push_back(Planned{section, boost::intrusive_ptr<InfoBase>(
-                                               Renamed(*info, id, name, info->GetPermission()))});
+        planned.push_back(Planned{section, Renamed(*info, id, name, permission)});
     }
     reader.SetPath(std::string());
     if (!problems.empty()) {
