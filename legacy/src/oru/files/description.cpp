@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -167,7 +169,9 @@ public:
 
     // The member, or null when absent; marks the key as known.
     JsonValue const* Get(char const* key) {
-        known_.insert(key);
+        if (!Known(key)) {
+            known_.push_back(key);
+        }
         return Member(object_, key);
     }
 
@@ -180,8 +184,9 @@ public:
     // Every member no one asked for.
     void RefuseUnknown() {
         for (std::string const& key : object_.keys) {
-            if (known_.count(key) == 0) {
-                std::vector<std::string> const keys(known_.begin(), known_.end());
+            if (!Known(key.c_str())) {
+                std::set<std::string> const sorted(known_.begin(), known_.end());
+                std::vector<std::string> const keys(sorted.begin(), sorted.end());
                 reader_.Add(PointerOf(key),
                             "unknown key " + Shown(key) + CheckRules::DidYouMean(key, keys));
             }
@@ -189,10 +194,20 @@ public:
     }
 
 private:
+    // A handful of keys per family: a scan costs less than a tree.
+    bool Known(char const* key) const {
+        for (char const* const known : known_) {
+            if (std::strcmp(known, key) == 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+
     JsonValue const& object_;
     std::string pointer_;
     Reader& reader_;
-    std::set<std::string> known_;
+    std::vector<char const*> known_;
 };
 
 template <class T>
@@ -1050,6 +1065,14 @@ public:
             reader.Add(pointer, "id " + Hex(id) + " is no info id");
             return false;
         }
+        // A path and section number that passed once pass again: the levels
+        // they planned stay planned and the directory does not change.
+        auto const passed = passed_.find(path);
+        if (passed != passed_.end() &&
+            passed->second.GetInfoItemSectionId() == infoId.GetSectionId(infoId.Depth())) {
+            out = passed->second;
+            return true;
+        }
         std::size_t const depth = infoId.Depth();
         std::size_t levels =
             1 + static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
@@ -1085,6 +1108,7 @@ public:
             }
         }
         out = wanted;
+        passed_[path] = wanted;
         return true;
     }
 
@@ -1228,6 +1252,8 @@ private:
     std::map<unsigned int, std::set<unsigned int>> used_;
     // The sections already reported as full.
     std::set<std::string> full_;
+    // The section of each path that SectionOf passed.
+    std::unordered_map<std::string, SectionId> passed_;
 };
 
 struct Planned {
