@@ -291,7 +291,9 @@ public:
             Catalogue::VisitFamily(info->GetType(), info->GetNumericType(), [&](auto tag) {
                 using T = decltype(tag);
                 Family<T>(item, *info, pointer);
-                formsKeep = FormsKeepEveryValue<T>();
+                // Only an array's record can outgrow its size field.
+                formsKeep = FormsKeepEveryValue<T>() &&
+                            (T::type != OruType_t::NumericArray || RecordLimit(item).empty());
             });
         if (!known || problems_.size() > before) {
             return;
@@ -301,9 +303,7 @@ public:
             Add(pointer, "the value fails its check");
             return;
         }
-        // Where the forms keep every value, only a record too long for its
-        // size field is left to refuse.
-        if (whole && !(formsKeep && RecordLimit(item).empty())) {
+        if (whole && !formsKeep) {
             RoundTrips(item, *info, pointer);
         }
     }

@@ -153,7 +153,9 @@ std::vector<std::string> AllPaths(InfoItemDirectory const& directory) {
 ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, Apply mode) {
     ValuesReport report;
     Sink sink(report.problems);
-    auto delta = std::make_shared<InfoItemDirectoryDelta>();
+    // The values that passed, with their ids: sorted once at the end rather
+    // than kept in a tree as they come.
+    std::vector<std::pair<unsigned int, boost::intrusive_ptr<ItemHolder const>>> passing;
     // Each setting read, in file order, with its key kept in one buffer: to
     // find a key given twice and to name the value the directory refuses.
     struct Origin {
@@ -169,6 +171,7 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
     std::vector<std::string> paths;
     std::size_t const expected = std::min<std::size_t>(json.size() / 16, std::size_t(1) << 20);
     origins.reserve(expected);
+    passing.reserve(expected);
     seen.Reserve(expected);
 
     auto const onMember = [&](std::string const& key, JsonValue& value, std::string& refusal) {
@@ -220,7 +223,8 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
             }
         }
         if (passed) {
-            delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
+            passing.emplace_back(item->GetId(),
+                                 boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
         }
         origins.push_back(Origin{info->GetId(), keys.size(), key.size()});
         keys += key;
@@ -232,7 +236,13 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
         report.problems = std::move(syntax);
         return report;
     }
-    auto const& items = delta->GetItemHolderPtrMap_addMod();
+    // In id order, the first of equal ids kept, as a change set holds them.
+    std::stable_sort(passing.begin(), passing.end(),
+                     [](auto const& a, auto const& b) { return a.first < b.first; });
+    passing.erase(std::unique(passing.begin(), passing.end(),
+                              [](auto const& a, auto const& b) { return a.first == b.first; }),
+                  passing.end());
+    auto const& items = passing;
     if (items.empty() || Apply::Nothing == mode ||
         (Apply::AllOrNothing == mode && !report.problems.empty())) {
         return report;
