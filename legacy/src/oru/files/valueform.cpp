@@ -343,60 +343,6 @@ void AppendArray(std::string& out, Container const& values, AppendOne appendOne)
     out += "]";
 }
 
-bool AppendNumericFamily(std::string& out, ItemBase const& item) {
-    bool written = false;
-    VisitElement(item.GetNumericType(), [&](auto traits) {
-        using T = decltype(traits);
-        switch (item.GetType()) {
-            case OruType_t::Numeric:
-                if (auto const* numeric = As<NumericItem<T>>(item)) {
-                    AppendNumber(out, numeric->GetVal());
-                    written = true;
-                }
-                break;
-            case OruType_t::NumericSparse:
-                if (auto const* sparse = As<NumericSparseItem<T>>(item)) {
-                    AppendNumber(out, sparse->GetVal());
-                    written = true;
-                }
-                break;
-            case OruType_t::NumericArray:
-                if (auto const* array = As<NumericArrayItem<T>>(item)) {
-                    AppendArray(out, array->Val(), [&](auto number) { AppendNumber(out, number); });
-                    written = true;
-                }
-                break;
-            default:
-                break;
-        }
-    });
-    return written;
-}
-
-bool AppendGeometryFamily(std::string& out, ItemBase const& item) {
-    bool written = false;
-    VisitGeometry(item.GetNumericType(), [&](auto traits) {
-        using T = decltype(traits);
-        if (auto const* coordinate = As<CoordinateItem<T>>(item)) {
-            AppendTuple<T>(out, k_coordinateNames,
-                           {coordinate->X()->GetVal(), coordinate->Y()->GetVal()});
-            written = true;
-        } else if (auto const* rect = As<RectItem<T>>(item)) {
-            AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(*rect));
-            written = true;
-        }
-        if constexpr (std::is_same<T, U16Traits>::value) {
-            if (auto const* rects = As<RectArrayItem<T>>(item)) {
-                AppendArray(out, rects->Val(), [&](RectItem<T> const& one) {
-                    AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(one));
-                });
-                written = true;
-            }
-        }
-    });
-    return written;
-}
-
 // The enumeration entry's name when it leads back to the same number.
 void AppendEnum(std::string& out, int value, InfoBase const* info) {
     if (auto const* enumInfo = dynamic_cast<EnumInfo const*>(info)) {
@@ -432,128 +378,144 @@ bool AppendComposite(std::string& out, CompositeItem const& composite, InfoBase 
     return true;
 }
 
-// False for a family without a value form.
+// The form of each Item class, one overload per class; false for a class
+// without one.
+bool AppendOf(std::string&, ItemBase const&, InfoBase const*) {
+    return false;
+}
+
+bool AppendOf(std::string& out, BoolItem const& item, InfoBase const*) {
+    out += item.GetVal() ? "true" : "false";
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, NumericItem<T> const& item, InfoBase const*) {
+    AppendNumber(out, item.GetVal());
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, NumericSparseItem<T> const& item, InfoBase const*) {
+    AppendNumber(out, item.GetVal());
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, NumericArrayItem<T> const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](auto number) { AppendNumber(out, number); });
+    return true;
+}
+
+bool AppendOf(std::string& out, EnumItem const& item, InfoBase const* info) {
+    AppendEnum(out, item.GetVal(), info);
+    return true;
+}
+
+bool AppendOf(std::string& out, StringItem const& item, InfoBase const*) {
+    AppendJsonString(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, StringArrayItem const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](std::string const& one) { AppendJsonString(out, one); });
+    return true;
+}
+
+bool AppendOf(std::string& out, BoolArrayItem const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](bool one) { out += one ? "true" : "false"; });
+    return true;
+}
+
+bool AppendOf(std::string& out, StringSparseItem const& item, InfoBase const*) {
+    AppendJsonString(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, ColourItem const& item, InfoBase const*) {
+    AppendColour(out, Vintor::Colour_t(item.GetA(), item.GetR(), item.GetG(), item.GetB()));
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, CoordinateItem<T> const& item, InfoBase const*) {
+    AppendTuple<T>(out, k_coordinateNames, {item.X()->GetVal(), item.Y()->GetVal()});
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, RectItem<T> const& item, InfoBase const*) {
+    AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(item));
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, RectArrayItem<T> const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](RectItem<T> const& one) {
+        AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(one));
+    });
+    return true;
+}
+
+bool AppendOf(std::string& out, OrientationItem const& item, InfoBase const*) {
+    AppendTuple<FloatTraits>(out, k_orientationNames,
+                             {item.GetBearing(), item.GetInclination(), item.GetRoll()});
+    return true;
+}
+
+bool AppendOf(std::string& out, AddrItem const& item, InfoBase const*) {
+    AppendJsonString(out, item.Val().ToString());
+    return true;
+}
+
+bool AppendOf(std::string& out, EndpointItem const& item, InfoBase const*) {
+    AppendEndpoint(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, AppEndpointItem const& item, InfoBase const*) {
+    AppendAppEndpoint(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, AppEndpointArrayItem const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](StrAppEndpoint const& one) { AppendAppEndpoint(out, one); });
+    return true;
+}
+
+bool AppendOf(std::string& out, ExtendedItem const& item, InfoBase const*) {
+    out += "{\"first\":";
+    AppendJsonString(out, item.Val().first);
+    out += ",\"second\":";
+    AppendJsonString(out, item.Val().second);
+    out += "}";
+    return true;
+}
+
+bool AppendOf(std::string& out, LocalizedStringItem const& item, InfoBase const*) {
+    out += "{\"key\":";
+    AppendJsonString(out, item.GetVal().GetKey());
+    out += ",\"arguments\":";
+    // Arguments of any family travel as their text.
+    AppendArray(out, item.GetVal().GetArguments(),
+                [&](boost::intrusive_ptr<ItemBase const> const& argument) {
+                    AppendJsonString(out, argument ? argument->GetValAsString() : "");
+                });
+    out += "}";
+    return true;
+}
+
+bool AppendOf(std::string& out, CompositeItem const& item, InfoBase const* info) {
+    return AppendComposite(out, item, info);
+}
+
 }  // namespace
 
 bool AppendValue(std::string& out, ItemBase const& item, InfoBase const* info) {
-    switch (item.GetType()) {
-        case OruType_t::Bool:
-            if (auto const* flag = As<BoolItem>(item)) {
-                out += flag->GetVal() ? "true" : "false";
-                return true;
-            }
-            return false;
-        case OruType_t::Numeric:
-        case OruType_t::NumericArray:
-        case OruType_t::NumericSparse:
-            return AppendNumericFamily(out, item);
-        case OruType_t::Enum:
-            if (auto const* choice = As<EnumItem>(item)) {
-                AppendEnum(out, choice->GetVal(), info);
-                return true;
-            }
-            return false;
-        case OruType_t::String:
-            if (auto const* text = As<StringItem>(item)) {
-                AppendJsonString(out, text->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::StringArray:
-            if (auto const* texts = As<StringArrayItem>(item)) {
-                AppendArray(out, texts->Val(),
-                            [&](std::string const& one) { AppendJsonString(out, one); });
-                return true;
-            }
-            return false;
-        case OruType_t::BoolArray:
-            if (auto const* flags = As<BoolArrayItem>(item)) {
-                AppendArray(out, flags->Val(), [&](bool one) { out += one ? "true" : "false"; });
-                return true;
-            }
-            return false;
-        case OruType_t::StringSparse:
-            if (auto const* text = As<StringSparseItem>(item)) {
-                AppendJsonString(out, text->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::Colour:
-            if (auto const* colour = As<ColourItem>(item)) {
-                AppendColour(out, Vintor::Colour_t(colour->GetA(), colour->GetR(), colour->GetG(),
-                                                   colour->GetB()));
-                return true;
-            }
-            return false;
-        case OruType_t::Coordinate:
-        case OruType_t::Rectangle:
-        case OruType_t::RectArray:
-            return AppendGeometryFamily(out, item);
-        case OruType_t::Orientation:
-            if (auto const* orientation = As<OrientationItem>(item)) {
-                AppendTuple<FloatTraits>(out, k_orientationNames,
-                                         {orientation->GetBearing(), orientation->GetInclination(),
-                                          orientation->GetRoll()});
-                return true;
-            }
-            return false;
-        case OruType_t::Addr:
-            if (auto const* addr = As<AddrItem>(item)) {
-                AppendJsonString(out, addr->Val().ToString());
-                return true;
-            }
-            return false;
-        case OruType_t::Endpoint:
-            if (auto const* endpoint = As<EndpointItem>(item)) {
-                AppendEndpoint(out, endpoint->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::AppEndpoint:
-            if (auto const* endpoint = As<AppEndpointItem>(item)) {
-                AppendAppEndpoint(out, endpoint->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::AppEndpointArray:
-            if (auto const* endpoints = As<AppEndpointArrayItem>(item)) {
-                AppendArray(out, endpoints->Val(),
-                            [&](StrAppEndpoint const& one) { AppendAppEndpoint(out, one); });
-                return true;
-            }
-            return false;
-        case OruType_t::Extended:
-            if (auto const* pair = As<ExtendedItem>(item)) {
-                out += "{\"first\":";
-                AppendJsonString(out, pair->Val().first);
-                out += ",\"second\":";
-                AppendJsonString(out, pair->Val().second);
-                out += "}";
-                return true;
-            }
-            return false;
-        case OruType_t::LocalizedString:
-            if (auto const* message = As<LocalizedStringItem>(item)) {
-                out += "{\"key\":";
-                AppendJsonString(out, message->GetVal().GetKey());
-                out += ",\"arguments\":";
-                // Arguments of any family travel as their text.
-                AppendArray(out, message->GetVal().GetArguments(),
-                            [&](boost::intrusive_ptr<ItemBase const> const& argument) {
-                                AppendJsonString(out, argument ? argument->GetValAsString() : "");
-                            });
-                out += "}";
-                return true;
-            }
-            return false;
-        case OruType_t::Composite:
-            if (auto const* composite = As<CompositeItem>(item)) {
-                return AppendComposite(out, *composite, info);
-            }
-            return false;
-        default:
-            return false;
-    }
+    bool written = false;
+    Catalogue::VisitItem(item,
+                         [&](auto const& concrete) { written = AppendOf(out, concrete, info); });
+    return written;
 }
 
 namespace {
