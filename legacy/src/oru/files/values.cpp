@@ -172,6 +172,8 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
     std::size_t const expected = std::min<std::size_t>(json.size() / 16, std::size_t(1) << 20);
     origins.reserve(expected);
     passing.reserve(expected);
+    // The keys are never longer than the text that spells them: one buffer.
+    keys.reserve(json.size());
     seen.Reserve(expected);
 
     auto const onMember = [&](std::string const& key, JsonValue& value, std::string& refusal) {
