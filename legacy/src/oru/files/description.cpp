@@ -194,7 +194,11 @@ public:
     // The member, or null when absent; marks the key as known.
     JsonValue const* Get(char const* key) {
         if (!Known(key)) {
-            known_.push_back(key);
+            if (count_ < k_inline) {
+                inline_[count_++] = key;
+            } else {
+                more_.push_back(key);
+            }
         }
         return Member(object_, key);
     }
@@ -209,7 +213,8 @@ public:
     void RefuseUnknown() {
         for (std::string const& key : object_.keys) {
             if (!Known(key.c_str())) {
-                std::set<std::string> const sorted(known_.begin(), known_.end());
+                std::set<std::string> sorted(inline_, inline_ + count_);
+                sorted.insert(more_.begin(), more_.end());
                 std::vector<std::string> const keys(sorted.begin(), sorted.end());
                 reader_.Add(PointerOf(key),
                             "unknown key " + Shown(key) + CheckRules::DidYouMean(key, keys));
@@ -218,9 +223,15 @@ public:
     }
 
 private:
-    // A handful of keys per family: a scan costs less than a tree.
+    // A handful of keys per family: a scan costs less than a tree, and they
+    // fit in place.
     bool Known(char const* key) const {
-        for (char const* const known : known_) {
+        for (std::size_t i = 0; i < count_; ++i) {
+            if (std::strcmp(inline_[i], key) == 0) {
+                return true;
+            }
+        }
+        for (char const* const known : more_) {
             if (std::strcmp(known, key) == 0) {
                 return true;
             }
@@ -228,10 +239,14 @@ private:
         return false;
     }
 
+    static constexpr std::size_t k_inline = 16;
+
     JsonValue const& object_;
     std::string pointer_;
     Reader& reader_;
-    std::vector<char const*> known_;
+    char const* inline_[k_inline] = {};
+    std::size_t count_ = 0;
+    std::vector<char const*> more_;
 };
 
 template <class T>
@@ -1175,7 +1190,8 @@ public:
     }
 
     // A problem when id or the name in section is taken, in the directory or
-    // earlier in this file.
+    // earlier in this file. path stays alive as long as the plan: it is kept
+    // by reference, to name the setting that took an id.
     template <class P>
     bool Claim(unsigned int id, std::string const& path, P const& pointer, Reader& reader) {
         // The directory takes a section id as a setting's id; a file never may.
@@ -1190,10 +1206,10 @@ public:
         auto const earlier = ids_.find(id);
         if (earlier != ids_.end()) {
             reader.Add(PointerText(pointer),
-                       "id " + Hex(id) + " is taken by " + Shown(earlier->second));
+                       "id " + Hex(id) + " is taken by " + Shown(*earlier->second));
             return false;
         }
-        ids_.emplace(id, path);
+        ids_.emplace(id, &path);
         InfoItemSectionId const infoId(id);
         unsigned int const mask = InfoFieldMask(infoId.Depth());
         UsedNumbers(InfoItemSectionId(id | mask)).insert(id & mask);
@@ -1283,7 +1299,7 @@ private:
 
     InfoItemDirectory const& directory_;
     std::vector<SectionId> planned_;
-    std::map<unsigned int, std::string> ids_;
+    std::map<unsigned int, std::string const*> ids_;
     std::map<unsigned int, std::set<unsigned int>> used_;
     // The sections already reported as full.
     std::set<std::string> full_;
@@ -1381,7 +1397,8 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
                    !plan.NextId(section, pathPointer, reader, id)) {
             continue;
         }
-        if (!plan.Claim(id, path, idJson ? idPointer : pathPointer, reader) || !info) {
+        // The document's own text, which outlives the plan.
+        if (!plan.Claim(id, pathJson->text, idJson ? idPointer : pathPointer, reader) || !info) {
             continue;
         }
         planned.push_back(Planned{section, Renamed(*info, id, name, permission)});
