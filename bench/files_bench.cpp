@@ -9,6 +9,7 @@
 #include <benchmark/benchmark.h>
 #include <nlohmann/json.hpp>
 
+#include <legacy/oru/files/check.h>
 #include <legacy/oru/files/description.h>
 #include <legacy/oru/files/values.h>
 #include <legacy/oru/oru.h>
@@ -65,25 +66,82 @@ Device& TheDevice() {
 
 void BM_ReadValues_Oru(benchmark::State& state) {
     Device& device = TheDevice();
-    Bench::InstructionWindow window(state, "ReadValues/Oru/100000");
-    for (auto _ : state) {
-        Files::ValuesReport const report = Files::ReadValues(device.values, device.directory);
-        if (report.applied != static_cast<std::size_t>(k_settings)) {
-            state.SkipWithError("not every value was applied");
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow window(state, "ReadValues/Oru/100000");
+        for (auto _ : state) {
+            Files::ValuesReport const report = Files::ReadValues(device.values, device.directory);
+            if (report.applied != static_cast<std::size_t>(k_settings)) {
+                state.SkipWithError("not every value was applied");
+            }
+            benchmark::DoNotOptimize(report);
         }
-        benchmark::DoNotOptimize(report);
     }
+    Bench::ReportAllocations(state, allocations);
 }
 BENCHMARK(BM_ReadValues_Oru)->Unit(benchmark::kMillisecond);
 
 void BM_ReadValues_Nlohmann(benchmark::State& state) {
     Device& device = TheDevice();
-    Bench::InstructionWindow window(state, "ReadValues/Nlohmann/100000");
-    for (auto _ : state) {
-        nlohmann::json parsed = nlohmann::json::parse(device.values);
-        benchmark::DoNotOptimize(parsed);
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow window(state, "ReadValues/Nlohmann/100000");
+        for (auto _ : state) {
+            nlohmann::json parsed = nlohmann::json::parse(device.values);
+            benchmark::DoNotOptimize(parsed);
+        }
     }
+    Bench::ReportAllocations(state, allocations);
 }
+
+// The one check of a value that passes: it should allocate nothing.
+void BM_Check_Oru_Numeric(benchmark::State& state) {
+    Device& device = TheDevice();
+    auto const slot = device.directory.FindInfoItem("Device/Group0/Unit0/Value7");
+    if (!slot) {
+        state.SkipWithError("no setting Device/Group0/Unit0/Value7");
+        return;
+    }
+    boost::intrusive_ptr<InfoBase const> const info = slot->GetInfoHolder()->GetInfo();
+    boost::intrusive_ptr<ItemBase const> const item(
+        NumericItem<U32Traits>::Create(info->GetId(), 1200));
+    std::string const pointer;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow window(state, "Check/Oru/Numeric");
+        for (auto _ : state) {
+            Files::Problems const problems = Files::Check(*item, info, pointer);
+            if (!problems.empty()) {
+                state.SkipWithError(problems.front().message.c_str());
+            }
+            benchmark::DoNotOptimize(problems);
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+}
+BENCHMARK(BM_Check_Oru_Numeric);
+
+// A value whose family takes the full round trip through record and text.
+void BM_Check_Oru_String(benchmark::State& state) {
+    boost::intrusive_ptr<StringInfo> const string(new StringInfo(1, "Name", Permission_t(3)));
+    string->SetMaxLength(64);
+    boost::intrusive_ptr<InfoBase const> const info(string);
+    boost::intrusive_ptr<ItemBase const> const item(StringItem::Create(1, "camera-entrance-1"));
+    std::string const pointer;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow window(state, "Check/Oru/String");
+        for (auto _ : state) {
+            Files::Problems const problems = Files::Check(*item, info, pointer);
+            if (!problems.empty()) {
+                state.SkipWithError(problems.front().message.c_str());
+            }
+            benchmark::DoNotOptimize(problems);
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+}
+BENCHMARK(BM_Check_Oru_String);
 BENCHMARK(BM_ReadValues_Nlohmann)->Unit(benchmark::kMillisecond);
 
 // An id as a description writes it: a number, or a hexadecimal string.

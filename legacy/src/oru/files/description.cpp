@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -43,6 +45,25 @@ std::string HexId(unsigned int id) {
 
 // ---- Values of members ----
 
+// A member's JSON pointer, spelled out only when a problem names it.
+class MemberPointer {
+public:
+    MemberPointer(std::string const& object, std::string key)
+        : object_(object), key_(std::move(key)) {}
+    operator std::string() const { return object_ + "/" + PointerToken(key_); }
+
+private:
+    std::string const& object_;
+    std::string key_;
+};
+
+std::string const& PointerText(std::string const& pointer) {
+    return pointer;
+}
+std::string PointerText(MemberPointer const& pointer) {
+    return pointer;
+}
+
 class Reader {
 public:
     explicit Reader(Problems& problems) : problems_(problems) {}
@@ -57,18 +78,20 @@ public:
     std::size_t Count() const { return problems_.size(); }
     Problems& All() { return problems_; }
 
-    bool Bool(JsonValue const& value, std::string const& pointer, bool& out) {
+    template <class P>
+    bool Bool(JsonValue const& value, P const& pointer, bool& out) {
         if (Kind::Boolean != value.kind) {
-            Add(pointer, ValueForm::Expected("true or false", value));
+            Add(PointerText(pointer), ValueForm::Expected("true or false", value));
             return false;
         }
         out = value.boolean;
         return true;
     }
 
-    bool String(JsonValue const& value, std::string const& pointer, std::string& out) {
+    template <class P>
+    bool String(JsonValue const& value, P const& pointer, std::string& out) {
         if (Kind::String != value.kind) {
-            Add(pointer, ValueForm::Expected("a string", value));
+            Add(PointerText(pointer), ValueForm::Expected("a string", value));
             return false;
         }
         out = value.text;
@@ -76,18 +99,19 @@ public:
     }
 
     // A number of E, by the same rule as the values of settings.
-    template <class E>
-    bool Number(JsonValue const& value, std::string const& pointer, E& out, char const* typeName) {
+    template <class P, class E>
+    bool Number(JsonValue const& value, P const& pointer, E& out, char const* typeName) {
         std::string why;
         if (!ValueForm::ReadElement(value, out, why, typeName)) {
-            Add(pointer, why);
+            Add(PointerText(pointer), why);
             return false;
         }
         return true;
     }
 
     // An id as written out, a hex string such as "0x40000001", or as a number.
-    bool Id(JsonValue const& value, std::string const& pointer, unsigned int& out) {
+    template <class P>
+    bool Id(JsonValue const& value, P const& pointer, unsigned int& out) {
         static char const* const k_expected = "an id (a number or a string such as \"0x40000001\")";
         switch (value.kind) {
             case Kind::Unsigned:
@@ -97,7 +121,7 @@ public:
             case Kind::String:
                 break;
             default:
-                Add(pointer, ValueForm::Expected(k_expected, value));
+                Add(PointerText(pointer), ValueForm::Expected(k_expected, value));
                 return false;
         }
         std::string const& text = value.text;
@@ -120,11 +144,13 @@ public:
                 return true;
             }
         }
-        Add(pointer, std::string("expected ") + k_expected + ", not \"" + Shown(text, 32) + "\"");
+        Add(PointerText(pointer),
+            std::string("expected ") + k_expected + ", not \"" + Shown(text, 32) + "\"");
         return false;
     }
 
-    bool Size(JsonValue const& value, std::string const& pointer, unsigned long long& out) {
+    template <class P>
+    bool Size(JsonValue const& value, P const& pointer, unsigned long long& out) {
         return Number(value, pointer, out, "a size");
     }
 
@@ -167,12 +193,18 @@ public:
 
     // The member, or null when absent; marks the key as known.
     JsonValue const* Get(char const* key) {
-        known_.insert(key);
+        if (!Known(key)) {
+            if (count_ < k_inline) {
+                inline_[count_++] = key;
+            } else {
+                more_.push_back(key);
+            }
+        }
         return Member(object_, key);
     }
 
-    std::string PointerOf(std::string const& key) const {
-        return pointer_ + "/" + PointerToken(key);
+    MemberPointer PointerOf(std::string key) const {
+        return MemberPointer(pointer_, std::move(key));
     }
     std::string const& Pointer() const { return pointer_; }
     Reader& Check() { return reader_; }
@@ -180,8 +212,10 @@ public:
     // Every member no one asked for.
     void RefuseUnknown() {
         for (std::string const& key : object_.keys) {
-            if (known_.count(key) == 0) {
-                std::vector<std::string> const keys(known_.begin(), known_.end());
+            if (!Known(key.c_str())) {
+                std::set<std::string> sorted(inline_, inline_ + count_);
+                sorted.insert(more_.begin(), more_.end());
+                std::vector<std::string> const keys(sorted.begin(), sorted.end());
                 reader_.Add(PointerOf(key),
                             "unknown key " + Shown(key) + CheckRules::DidYouMean(key, keys));
             }
@@ -189,10 +223,30 @@ public:
     }
 
 private:
+    // A handful of keys per family: a scan costs less than a tree, and they
+    // fit in place.
+    bool Known(char const* key) const {
+        for (std::size_t i = 0; i < count_; ++i) {
+            if (std::strcmp(inline_[i], key) == 0) {
+                return true;
+            }
+        }
+        for (char const* const known : more_) {
+            if (std::strcmp(known, key) == 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    static constexpr std::size_t k_inline = 16;
+
     JsonValue const& object_;
     std::string pointer_;
     Reader& reader_;
-    std::set<std::string> known_;
+    char const* inline_[k_inline] = {};
+    std::size_t count_ = 0;
+    std::vector<char const*> more_;
 };
 
 template <class T>
@@ -253,7 +307,8 @@ bool ReadColour(JsonValue const& value, std::string const& pointer, Reader& read
 
 void Describe(InfoBase const& info, Json& out);
 boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string const& pointer,
-                                        Reader& reader, bool child, Family const*& family);
+                                        Reader& reader, bool child, Family const*& family,
+                                        Permission_t* permissionOut = nullptr);
 
 // min, max and default of a scalar, read together so that they are checked
 // against each other and the Info never clamps one of them.
@@ -881,8 +936,11 @@ boost::intrusive_ptr<InfoBase> Renamed(InfoBase const& info, unsigned int id,
 
 // One Info from its object: the top-level settings carry "path" and "id"
 // (read by the caller), children "name" and "id". Null when it cannot be made.
+// With permissionOut the Info is left unnamed and its permission is handed
+// out, for the caller to make the one copy under its final identity.
 boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string const& pointer,
-                                        Reader& reader, bool child, Family const*& family) {
+                                        Reader& reader, bool child, Family const*& family,
+                                        Permission_t* permissionOut) {
     family = nullptr;
     if (!reader.Object(object, pointer)) {
         return nullptr;
@@ -942,12 +1000,20 @@ boost::intrusive_ptr<InfoBase> ReadInfo(JsonValue const& object, std::string con
         if (Member(object, "default") && !emptyTable) {
             boost::intrusive_ptr<InfoBase const> const checked(info);
             boost::intrusive_ptr<ItemBase> const value(info->CreateItem());
-            Problems const more = Files::Check(*value, checked, members.PointerOf("default"));
-            found.insert(found.end(), more.begin(), more.end());
+            // Checked under its own pointer, so that a passing default spells none.
+            Problems more = Files::Check(*value, checked, std::string());
+            for (Problem& problem : more) {
+                problem.pointer.insert(0, PointerText(members.PointerOf("default")));
+                found.push_back(std::move(problem));
+            }
         }
         for (Problem const& problem : found) {
             reader.Add(problem.pointer, problem.message);
         }
+    }
+    if (permissionOut) {
+        *permissionOut = Permission_t(permission);
+        return info;
     }
     return Renamed(*info, id, name, Permission_t(permission));
 }
@@ -966,8 +1032,8 @@ public:
     explicit Plan(InfoItemDirectory const& directory) : directory_(directory) {}
 
     // The section of path, existing or planned; a problem when it cannot be made.
-    bool Section(std::string const& path, std::string const& pointer, Reader& reader,
-                 SectionId& out) {
+    template <class P>
+    bool Section(std::string const& path, P const& pointer, Reader& reader, SectionId& out) {
         std::vector<std::string> levels;
         std::size_t start = 0;
         while (true) {
@@ -979,15 +1045,17 @@ public:
             start = slash + 1;
         }
         if (levels.size() > InfoItemSectionId::MaxDepth()) {
-            reader.Add(pointer, "the section path " + Shown(path) + " is deeper than " +
-                                    std::to_string(InfoItemSectionId::MaxDepth()) + " levels");
+            reader.Add(PointerText(pointer),
+                       "the section path " + Shown(path) + " is deeper than " +
+                           std::to_string(InfoItemSectionId::MaxDepth()) + " levels");
             return false;
         }
         std::string name;
         InfoItemSectionId parent;
         for (std::size_t level = 0; level < levels.size(); ++level) {
             if (levels[level].empty()) {
-                reader.Add(pointer, "the section path " + Shown(path) + " has an empty level");
+                reader.Add(PointerText(pointer),
+                           "the section path " + Shown(path) + " has an empty level");
                 return false;
             }
             name += (level ? "/" : "") + levels[level];
@@ -1007,7 +1075,7 @@ public:
                 if (number > InfoItemSectionId::MaxSubsectionPerSubsection()) {
                     // Once per section, however many settings it would hold.
                     if (full_.insert(name).second) {
-                        reader.Add(pointer,
+                        reader.Add(PointerText(pointer),
                                    "no section number is left for " + Shown(name) +
                                        ": a level holds at most " +
                                        std::to_string(
@@ -1022,7 +1090,8 @@ public:
                                : parent.CreateSectionId(static_cast<unsigned char>(number));
                 found = SectionId(name, id);
                 if (!found.IsValid() || found.GetSectionName() != name) {
-                    reader.Add(pointer, "the section path " + Shown(path) + " is not valid");
+                    reader.Add(PointerText(pointer),
+                               "the section path " + Shown(path) + " is not valid");
                     return false;
                 }
                 planned_.push_back(found);
@@ -1035,25 +1104,35 @@ public:
 
     // The section that an explicit id names for path: the existing one, which
     // must be the path's, or the numbers of the id for levels still missing.
-    bool SectionOf(unsigned int id, std::string const& path, std::string const& pointer,
-                   Reader& reader, SectionId& out) {
+    template <class P>
+    bool SectionOf(unsigned int id, std::string const& path, P const& pointer, Reader& reader,
+                   SectionId& out) {
         InfoItemSectionId const infoId(id);
         if (!infoId.IsValidInfoItemId()) {
-            reader.Add(pointer, "id " + Hex(id) + " is no info id");
+            reader.Add(PointerText(pointer), "id " + Hex(id) + " is no info id");
             return false;
+        }
+        // A path and section number that passed once pass again: the levels
+        // they planned stay planned and the directory does not change.
+        auto const passed = passed_.find(path);
+        if (passed != passed_.end() &&
+            passed->second.GetInfoItemSectionId() == infoId.GetSectionId(infoId.Depth())) {
+            out = passed->second;
+            return true;
         }
         std::size_t const depth = infoId.Depth();
         std::size_t levels =
             1 + static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
         if (levels != depth) {
-            reader.Add(pointer, "id " + Hex(id) + " lies at depth " + std::to_string(depth) +
-                                    ", the section " + Shown(path) + " has " +
-                                    std::to_string(levels) + " levels");
+            reader.Add(PointerText(pointer), "id " + Hex(id) + " lies at depth " +
+                                                 std::to_string(depth) + ", the section " +
+                                                 Shown(path) + " has " + std::to_string(levels) +
+                                                 " levels");
             return false;
         }
         SectionId const wanted(path, infoId.GetSectionId(depth));
         if (!wanted.IsValid() || wanted.GetSectionName() != path) {
-            reader.Add(pointer, "the section path " + Shown(path) + " is not valid");
+            reader.Add(PointerText(pointer), "the section path " + Shown(path) + " is not valid");
             return false;
         }
         for (std::size_t level = 1; level <= depth; ++level) {
@@ -1063,13 +1142,14 @@ public:
             SectionId const byName = Find(name);
             SectionId const byNumber = Find(number);
             if (byName.IsValid() && byName.GetInfoItemSectionId() != number) {
-                reader.Add(pointer, "id " + Hex(id) + " does not lie in section " + Shown(name));
+                reader.Add(PointerText(pointer),
+                           "id " + Hex(id) + " does not lie in section " + Shown(name));
                 return false;
             }
             if (!byName.IsValid() && byNumber.IsValid()) {
-                reader.Add(pointer, "id " + Hex(id) + " lies in section " +
-                                        Shown(byNumber.GetSectionName()) + ", not in " +
-                                        Shown(name));
+                reader.Add(PointerText(pointer), "id " + Hex(id) + " lies in section " +
+                                                     Shown(byNumber.GetSectionName()) +
+                                                     ", not in " + Shown(name));
                 return false;
             }
             if (!byName.IsValid()) {
@@ -1077,6 +1157,7 @@ public:
             }
         }
         out = wanted;
+        passed_[path] = wanted;
         return true;
     }
 
@@ -1084,8 +1165,8 @@ public:
     // lowest hole once the field is full. The all-ones number of the field is
     // the section's own id, so the last info number is one below it at every
     // depth (the section map's own allocation hands it out; this file does not).
-    bool NextId(SectionId const& section, std::string const& pointer, Reader& reader,
-                unsigned int& out) {
+    template <class P>
+    bool NextId(SectionId const& section, P const& pointer, Reader& reader, unsigned int& out) {
         InfoItemSectionId const sectionId = section.GetInfoItemSectionId();
         std::set<unsigned int> const& used = UsedNumbers(sectionId);
         std::size_t const last = InfoFieldMask(sectionId.Depth()) - 1u;
@@ -1098,9 +1179,9 @@ public:
         }
         if (number > last) {
             if (full_.insert(section.GetSectionName()).second) {
-                reader.Add(pointer, "no info number is left in section " +
-                                        Shown(section.GetSectionName()) + ": it holds at most " +
-                                        std::to_string(last + 1) + " settings");
+                reader.Add(PointerText(pointer),
+                           "no info number is left in section " + Shown(section.GetSectionName()) +
+                               ": it holds at most " + std::to_string(last + 1) + " settings");
             }
             return false;
         }
@@ -1109,24 +1190,26 @@ public:
     }
 
     // A problem when id or the name in section is taken, in the directory or
-    // earlier in this file.
-    bool Claim(unsigned int id, std::string const& path, std::string const& pointer,
-               Reader& reader) {
+    // earlier in this file. path stays alive as long as the plan: it is kept
+    // by reference, to name the setting that took an id.
+    template <class P>
+    bool Claim(unsigned int id, std::string const& path, P const& pointer, Reader& reader) {
         // The directory takes a section id as a setting's id; a file never may.
         if (!InfoItemSectionId(id).IsValidInfoItemId()) {
-            reader.Add(pointer, "id " + Hex(id) + " is no info id");
+            reader.Add(PointerText(pointer), "id " + Hex(id) + " is no info id");
             return false;
         }
         if (directory_.FindInfo(id)) {
-            reader.Add(pointer, "id " + Hex(id) + " is taken by " + Shown(PathOf(id)));
+            reader.Add(PointerText(pointer), "id " + Hex(id) + " is taken by " + Shown(PathOf(id)));
             return false;
         }
         auto const earlier = ids_.find(id);
         if (earlier != ids_.end()) {
-            reader.Add(pointer, "id " + Hex(id) + " is taken by " + Shown(earlier->second));
+            reader.Add(PointerText(pointer),
+                       "id " + Hex(id) + " is taken by " + Shown(*earlier->second));
             return false;
         }
-        ids_.emplace(id, path);
+        ids_.emplace(id, &path);
         InfoItemSectionId const infoId(id);
         unsigned int const mask = InfoFieldMask(infoId.Depth());
         UsedNumbers(InfoItemSectionId(id | mask)).insert(id & mask);
@@ -1216,10 +1299,12 @@ private:
 
     InfoItemDirectory const& directory_;
     std::vector<SectionId> planned_;
-    std::map<unsigned int, std::string> ids_;
+    std::map<unsigned int, std::string const*> ids_;
     std::map<unsigned int, std::set<unsigned int>> used_;
     // The sections already reported as full.
     std::set<std::string> full_;
+    // The section of each path that SectionOf passed.
+    std::unordered_map<std::string, SectionId> passed_;
 };
 
 struct Planned {
@@ -1262,7 +1347,9 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
             named && Kind::String == named->kind && named->text.size() <= k_maxPathLength;
         reader.SetPath(pathShown ? named->text : std::string());
         Family const* family = nullptr;
-        boost::intrusive_ptr<InfoBase> info = ReadInfo(object, pointer, reader, false, family);
+        Permission_t permission;
+        boost::intrusive_ptr<InfoBase> info =
+            ReadInfo(object, pointer, reader, false, family, &permission);
         if (Kind::Object != object.kind) {
             continue;
         }
@@ -1272,47 +1359,49 @@ Problems ReadDescription(std::string const& json, InfoItemDirectory& directory) 
             reader.Add(pointer, "path is missing");
             continue;
         }
-        std::string const pathPointer = pointer + "/path";
+        MemberPointer const pathPointer(pointer, "path");
+        MemberPointer const idPointer(pointer, "id");
         if (!reader.String(*pathJson, pathPointer, path)) {
             continue;
         }
         if (path.size() > k_maxPathLength) {
-            reader.Add(pathPointer,
+            reader.Add(PointerText(pathPointer),
                        "path is longer than " + std::to_string(k_maxPathLength) + " bytes");
             continue;
         }
         std::size_t const slash = path.rfind('/');
         if (slash == std::string::npos || slash == 0 || slash + 1 == path.size()) {
-            reader.Add(pathPointer, "path " + Shown(path) + " needs a section and a name");
+            reader.Add(PointerText(pathPointer),
+                       "path " + Shown(path) + " needs a section and a name");
             continue;
         }
         if (!paths.emplace(path, i).second) {
-            reader.Add(pathPointer, Shown(path) + " is described twice");
+            reader.Add(PointerText(pathPointer), Shown(path) + " is described twice");
             continue;
         }
         std::string const sectionPath = path.substr(0, slash);
         std::string const name = path.substr(slash + 1);
         if (directory.FindInfo(sectionPath, name)) {
-            reader.Add(pathPointer, Shown(path) + " exists already");
+            reader.Add(PointerText(pathPointer), Shown(path) + " exists already");
             continue;
         }
         unsigned int id = 0;
         JsonValue const* const idJson = Member(object, "id");
         SectionId section;
         if (idJson) {
-            if (!reader.Id(*idJson, pointer + "/id", id) ||
-                !plan.SectionOf(id, sectionPath, pointer + "/id", reader, section)) {
+            if (!reader.Id(*idJson, idPointer, id) ||
+                !plan.SectionOf(id, sectionPath, idPointer, reader, section)) {
                 continue;
             }
         } else if (!plan.Section(sectionPath, pathPointer, reader, section) ||
                    !plan.NextId(section, pathPointer, reader, id)) {
             continue;
         }
-        if (!plan.Claim(id, path, idJson ? pointer + "/id" : pathPointer, reader) || !info) {
+        // The document's own text, which outlives the plan.
+        if (!plan.Claim(id, pathJson->text, idJson ? idPointer : pathPointer, reader) || !info) {
             continue;
         }
-        planned.push_back(Planned{section, boost::intrusive_ptr<InfoBase>(
-                                               Renamed(*info, id, name, info->GetPermission()))});
+        planned.push_back(Planned{section, Renamed(*info, id, name, permission)});
     }
     reader.SetPath(std::string());
     if (!problems.empty()) {

@@ -343,60 +343,6 @@ void AppendArray(std::string& out, Container const& values, AppendOne appendOne)
     out += "]";
 }
 
-bool AppendNumericFamily(std::string& out, ItemBase const& item) {
-    bool written = false;
-    VisitElement(item.GetNumericType(), [&](auto traits) {
-        using T = decltype(traits);
-        switch (item.GetType()) {
-            case OruType_t::Numeric:
-                if (auto const* numeric = As<NumericItem<T>>(item)) {
-                    AppendNumber(out, numeric->GetVal());
-                    written = true;
-                }
-                break;
-            case OruType_t::NumericSparse:
-                if (auto const* sparse = As<NumericSparseItem<T>>(item)) {
-                    AppendNumber(out, sparse->GetVal());
-                    written = true;
-                }
-                break;
-            case OruType_t::NumericArray:
-                if (auto const* array = As<NumericArrayItem<T>>(item)) {
-                    AppendArray(out, array->Val(), [&](auto number) { AppendNumber(out, number); });
-                    written = true;
-                }
-                break;
-            default:
-                break;
-        }
-    });
-    return written;
-}
-
-bool AppendGeometryFamily(std::string& out, ItemBase const& item) {
-    bool written = false;
-    VisitGeometry(item.GetNumericType(), [&](auto traits) {
-        using T = decltype(traits);
-        if (auto const* coordinate = As<CoordinateItem<T>>(item)) {
-            AppendTuple<T>(out, k_coordinateNames,
-                           {coordinate->X()->GetVal(), coordinate->Y()->GetVal()});
-            written = true;
-        } else if (auto const* rect = As<RectItem<T>>(item)) {
-            AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(*rect));
-            written = true;
-        }
-        if constexpr (std::is_same<T, U16Traits>::value) {
-            if (auto const* rects = As<RectArrayItem<T>>(item)) {
-                AppendArray(out, rects->Val(), [&](RectItem<T> const& one) {
-                    AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(one));
-                });
-                written = true;
-            }
-        }
-    });
-    return written;
-}
-
 // The enumeration entry's name when it leads back to the same number.
 void AppendEnum(std::string& out, int value, InfoBase const* info) {
     if (auto const* enumInfo = dynamic_cast<EnumInfo const*>(info)) {
@@ -432,128 +378,144 @@ bool AppendComposite(std::string& out, CompositeItem const& composite, InfoBase 
     return true;
 }
 
-// False for a family without a value form.
+// The form of each Item class, one overload per class; false for a class
+// without one.
+bool AppendOf(std::string&, ItemBase const&, InfoBase const*) {
+    return false;
+}
+
+bool AppendOf(std::string& out, BoolItem const& item, InfoBase const*) {
+    out += item.GetVal() ? "true" : "false";
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, NumericItem<T> const& item, InfoBase const*) {
+    AppendNumber(out, item.GetVal());
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, NumericSparseItem<T> const& item, InfoBase const*) {
+    AppendNumber(out, item.GetVal());
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, NumericArrayItem<T> const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](auto number) { AppendNumber(out, number); });
+    return true;
+}
+
+bool AppendOf(std::string& out, EnumItem const& item, InfoBase const* info) {
+    AppendEnum(out, item.GetVal(), info);
+    return true;
+}
+
+bool AppendOf(std::string& out, StringItem const& item, InfoBase const*) {
+    AppendJsonString(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, StringArrayItem const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](std::string const& one) { AppendJsonString(out, one); });
+    return true;
+}
+
+bool AppendOf(std::string& out, BoolArrayItem const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](bool one) { out += one ? "true" : "false"; });
+    return true;
+}
+
+bool AppendOf(std::string& out, StringSparseItem const& item, InfoBase const*) {
+    AppendJsonString(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, ColourItem const& item, InfoBase const*) {
+    AppendColour(out, Vintor::Colour_t(item.GetA(), item.GetR(), item.GetG(), item.GetB()));
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, CoordinateItem<T> const& item, InfoBase const*) {
+    AppendTuple<T>(out, k_coordinateNames, {item.X()->GetVal(), item.Y()->GetVal()});
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, RectItem<T> const& item, InfoBase const*) {
+    AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(item));
+    return true;
+}
+
+template <class T>
+bool AppendOf(std::string& out, RectArrayItem<T> const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](RectItem<T> const& one) {
+        AppendTuple<T>(out, k_rectangleNames, RectangleNumbers(one));
+    });
+    return true;
+}
+
+bool AppendOf(std::string& out, OrientationItem const& item, InfoBase const*) {
+    AppendTuple<FloatTraits>(out, k_orientationNames,
+                             {item.GetBearing(), item.GetInclination(), item.GetRoll()});
+    return true;
+}
+
+bool AppendOf(std::string& out, AddrItem const& item, InfoBase const*) {
+    AppendJsonString(out, item.Val().ToString());
+    return true;
+}
+
+bool AppendOf(std::string& out, EndpointItem const& item, InfoBase const*) {
+    AppendEndpoint(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, AppEndpointItem const& item, InfoBase const*) {
+    AppendAppEndpoint(out, item.Val());
+    return true;
+}
+
+bool AppendOf(std::string& out, AppEndpointArrayItem const& item, InfoBase const*) {
+    AppendArray(out, item.Val(), [&](StrAppEndpoint const& one) { AppendAppEndpoint(out, one); });
+    return true;
+}
+
+bool AppendOf(std::string& out, ExtendedItem const& item, InfoBase const*) {
+    out += "{\"first\":";
+    AppendJsonString(out, item.Val().first);
+    out += ",\"second\":";
+    AppendJsonString(out, item.Val().second);
+    out += "}";
+    return true;
+}
+
+bool AppendOf(std::string& out, LocalizedStringItem const& item, InfoBase const*) {
+    out += "{\"key\":";
+    AppendJsonString(out, item.GetVal().GetKey());
+    out += ",\"arguments\":";
+    // Arguments of any family travel as their text.
+    AppendArray(out, item.GetVal().GetArguments(),
+                [&](boost::intrusive_ptr<ItemBase const> const& argument) {
+                    AppendJsonString(out, argument ? argument->GetValAsString() : "");
+                });
+    out += "}";
+    return true;
+}
+
+bool AppendOf(std::string& out, CompositeItem const& item, InfoBase const* info) {
+    return AppendComposite(out, item, info);
+}
+
 }  // namespace
 
 bool AppendValue(std::string& out, ItemBase const& item, InfoBase const* info) {
-    switch (item.GetType()) {
-        case OruType_t::Bool:
-            if (auto const* flag = As<BoolItem>(item)) {
-                out += flag->GetVal() ? "true" : "false";
-                return true;
-            }
-            return false;
-        case OruType_t::Numeric:
-        case OruType_t::NumericArray:
-        case OruType_t::NumericSparse:
-            return AppendNumericFamily(out, item);
-        case OruType_t::Enum:
-            if (auto const* choice = As<EnumItem>(item)) {
-                AppendEnum(out, choice->GetVal(), info);
-                return true;
-            }
-            return false;
-        case OruType_t::String:
-            if (auto const* text = As<StringItem>(item)) {
-                AppendJsonString(out, text->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::StringArray:
-            if (auto const* texts = As<StringArrayItem>(item)) {
-                AppendArray(out, texts->Val(),
-                            [&](std::string const& one) { AppendJsonString(out, one); });
-                return true;
-            }
-            return false;
-        case OruType_t::BoolArray:
-            if (auto const* flags = As<BoolArrayItem>(item)) {
-                AppendArray(out, flags->Val(), [&](bool one) { out += one ? "true" : "false"; });
-                return true;
-            }
-            return false;
-        case OruType_t::StringSparse:
-            if (auto const* text = As<StringSparseItem>(item)) {
-                AppendJsonString(out, text->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::Colour:
-            if (auto const* colour = As<ColourItem>(item)) {
-                AppendColour(out, Vintor::Colour_t(colour->GetA(), colour->GetR(), colour->GetG(),
-                                                   colour->GetB()));
-                return true;
-            }
-            return false;
-        case OruType_t::Coordinate:
-        case OruType_t::Rectangle:
-        case OruType_t::RectArray:
-            return AppendGeometryFamily(out, item);
-        case OruType_t::Orientation:
-            if (auto const* orientation = As<OrientationItem>(item)) {
-                AppendTuple<FloatTraits>(out, k_orientationNames,
-                                         {orientation->GetBearing(), orientation->GetInclination(),
-                                          orientation->GetRoll()});
-                return true;
-            }
-            return false;
-        case OruType_t::Addr:
-            if (auto const* addr = As<AddrItem>(item)) {
-                AppendJsonString(out, addr->Val().ToString());
-                return true;
-            }
-            return false;
-        case OruType_t::Endpoint:
-            if (auto const* endpoint = As<EndpointItem>(item)) {
-                AppendEndpoint(out, endpoint->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::AppEndpoint:
-            if (auto const* endpoint = As<AppEndpointItem>(item)) {
-                AppendAppEndpoint(out, endpoint->Val());
-                return true;
-            }
-            return false;
-        case OruType_t::AppEndpointArray:
-            if (auto const* endpoints = As<AppEndpointArrayItem>(item)) {
-                AppendArray(out, endpoints->Val(),
-                            [&](StrAppEndpoint const& one) { AppendAppEndpoint(out, one); });
-                return true;
-            }
-            return false;
-        case OruType_t::Extended:
-            if (auto const* pair = As<ExtendedItem>(item)) {
-                out += "{\"first\":";
-                AppendJsonString(out, pair->Val().first);
-                out += ",\"second\":";
-                AppendJsonString(out, pair->Val().second);
-                out += "}";
-                return true;
-            }
-            return false;
-        case OruType_t::LocalizedString:
-            if (auto const* message = As<LocalizedStringItem>(item)) {
-                out += "{\"key\":";
-                AppendJsonString(out, message->GetVal().GetKey());
-                out += ",\"arguments\":";
-                // Arguments of any family travel as their text.
-                AppendArray(out, message->GetVal().GetArguments(),
-                            [&](boost::intrusive_ptr<ItemBase const> const& argument) {
-                                AppendJsonString(out, argument ? argument->GetValAsString() : "");
-                            });
-                out += "}";
-                return true;
-            }
-            return false;
-        case OruType_t::Composite:
-            if (auto const* composite = As<CompositeItem>(item)) {
-                return AppendComposite(out, *composite, info);
-            }
-            return false;
-        default:
-            return false;
-    }
+    bool written = false;
+    Catalogue::VisitItem(item,
+                         [&](auto const& concrete) { written = AppendOf(out, concrete, info); });
+    return written;
 }
 
 namespace {
@@ -583,117 +545,6 @@ bool ReadArray(JsonValue const& value, char const* what, Sink& sink, std::string
         ok = each(value.items[i], Child(pointer, i)) && ok;
     }
     return ok;
-}
-
-ItemPtr ReadNumericFamily(JsonValue const& value, InfoBase const& info, Sink& sink,
-                          std::string const& pointer) {
-    ItemPtr result;
-    bool const known = VisitElement(info.GetNumericType(), [&](auto traits) {
-        using T = decltype(traits);
-        using E = typename T::Element;
-        std::string why;
-        switch (info.GetType()) {
-            case OruType_t::Numeric:
-                if (auto item = MakeItem<NumericItem<T>>(info, sink, pointer)) {
-                    if (ReadElement<T>(value, item->Val(), why)) {
-                        result = item;
-                    } else {
-                        sink.Add(pointer, why);
-                    }
-                }
-                break;
-            case OruType_t::NumericSparse:
-                if (auto item = MakeItem<NumericSparseItem<T>>(info, sink, pointer)) {
-                    if (ReadElement<T>(value, item->Val(), why)) {
-                        result = item;
-                    } else {
-                        sink.Add(pointer, why);
-                    }
-                }
-                break;
-            case OruType_t::NumericArray:
-                if (auto item = MakeItem<NumericArrayItem<T>>(info, sink, pointer)) {
-                    std::vector<E> numbers;
-                    numbers.reserve(Kind::Array == value.kind ? value.items.size() : 0);
-                    bool const ok =
-                        ReadArray(value, "an array of numbers", sink, pointer,
-                                  [&](JsonValue const& element, std::string const& at) {
-                                      E number{};
-                                      std::string elementWhy;
-                                      if (!ReadElement<T>(element, number, elementWhy)) {
-                                          sink.Add(at, elementWhy);
-                                          return false;
-                                      }
-                                      numbers.push_back(number);
-                                      return true;
-                                  });
-                    if (ok) {
-                        item->Val().swap(numbers);
-                        result = item;
-                    }
-                }
-                break;
-            default:
-                break;
-        }
-    });
-    if (!known) {
-        sink.Add(pointer, "the setting's definition has no element type");
-    }
-    return result;
-}
-
-ItemPtr ReadGeometryFamily(JsonValue const& value, InfoBase const& info, Sink& sink,
-                           std::string const& pointer) {
-    ItemPtr result;
-    bool const known = VisitGeometry(info.GetNumericType(), [&](auto traits) {
-        using T = decltype(traits);
-        switch (info.GetType()) {
-            case OruType_t::Coordinate:
-                if (auto item = MakeItem<CoordinateItem<T>>(info, sink, pointer)) {
-                    typename T::Element numbers[2];
-                    if (ReadTuple<T>(value, k_coordinateNames, numbers, sink, pointer)) {
-                        item->SetValX(numbers[0]);
-                        item->SetValY(numbers[1]);
-                        result = item;
-                    }
-                }
-                break;
-            case OruType_t::Rectangle:
-                if (auto item = MakeItem<RectItem<T>>(info, sink, pointer)) {
-                    if (ReadRectangle(value, *item, sink, pointer)) {
-                        result = item;
-                    }
-                }
-                break;
-            case OruType_t::RectArray:
-                if constexpr (std::is_same<T, U16Traits>::value) {
-                    if (auto item = MakeItem<RectArrayItem<T>>(info, sink, pointer)) {
-                        typename RectArrayItem<T>::Rects rects;
-                        rects.reserve(Kind::Array == value.kind ? value.items.size() : 0);
-                        bool const ok =
-                            ReadArray(value, "an array of rectangles", sink, pointer,
-                                      [&](JsonValue const& element, std::string const& at) {
-                                          rects.emplace_back(0);
-                                          return ReadRectangle(element, rects.back(), sink, at);
-                                      });
-                        if (ok) {
-                            item->SetVal(rects);
-                            result = item;
-                        }
-                        break;
-                    }
-                }
-                sink.Add(pointer, "rectangle arrays hold U16 numbers only");
-                break;
-            default:
-                break;
-        }
-    });
-    if (!known) {
-        sink.Add(pointer, "the setting's definition has no element type of its family");
-    }
-    return result;
 }
 
 // Two strings: an object with exactly these members, or an array of two.
@@ -808,170 +659,284 @@ ItemPtr ReadComposite(JsonValue const& value, InfoBase const& info, Sink& sink,
     return composite;
 }
 
+// Reads value into item, a new Item of info's family, one overload per
+// Item class; a class without one has no value form.
+bool ReadInto(JsonValue const& value, BoolItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    if (Kind::Boolean == value.kind) {
+        item.SetVal(value.boolean);
+        return true;
+    }
+    sink.Add(pointer, Expected("true or false", value));
+    return false;
+}
+
+template <class T, class E>
+bool ReadNumber(JsonValue const& value, E& out, Sink& sink, std::string const& pointer) {
+    std::string why;
+    if (ReadElement<T>(value, out, why)) {
+        return true;
+    }
+    sink.Add(pointer, why);
+    return false;
+}
+
+template <class T>
+bool ReadInto(JsonValue const& value, NumericItem<T>& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadNumber<T>(value, item.Val(), sink, pointer);
+}
+
+template <class T>
+bool ReadInto(JsonValue const& value, NumericSparseItem<T>& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadNumber<T>(value, item.Val(), sink, pointer);
+}
+
+template <class T>
+bool ReadInto(JsonValue const& value, NumericArrayItem<T>& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    using E = typename T::Element;
+    std::vector<E> numbers;
+    numbers.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+    bool const ok = ReadArray(value, "an array of numbers", sink, pointer,
+                              [&](JsonValue const& element, std::string const& at) {
+                                  E number{};
+                                  std::string why;
+                                  if (!ReadElement<T>(element, number, why)) {
+                                      sink.Add(at, why);
+                                      return false;
+                                  }
+                                  numbers.push_back(number);
+                                  return true;
+                              });
+    if (ok) {
+        item.Val().swap(numbers);
+    }
+    return ok;
+}
+
+bool ReadInto(JsonValue const& value, EnumItem& item, InfoBase const& info, Sink& sink,
+              std::string const& pointer) {
+    if (Kind::String == value.kind) {
+        auto const* enumInfo = dynamic_cast<EnumInfo const*>(&info);
+        if (!enumInfo || enumInfo->GetElemVal(value.text, item.Val()) != 0) {
+            sink.Add(pointer, "no entry is named \"" + Shown(value.text, 32) + "\"" +
+                                  EntryHint(enumInfo, value.text));
+            return false;
+        }
+        return true;
+    }
+    std::string why;
+    if (ReadElement(value, item.Val(), why, "Enum")) {
+        return true;
+    }
+    bool const number =
+        Kind::Unsigned == value.kind || Kind::Integer == value.kind || Kind::Float == value.kind;
+    sink.Add(pointer, number ? why : Expected("an entry's name or number", value));
+    return false;
+}
+
+bool ReadInto(JsonValue const& value, StringItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadString(value, item.Val(), sink, pointer);
+}
+
+bool ReadInto(JsonValue const& value, StringArrayItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    std::vector<std::string> texts;
+    texts.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+    if (!ReadArray(value, "an array of strings", sink, pointer,
+                   [&](JsonValue const& element, std::string const& at) {
+                       texts.emplace_back();
+                       return ReadString(element, texts.back(), sink, at);
+                   })) {
+        return false;
+    }
+    item.Val().swap(texts);
+    return true;
+}
+
+bool ReadInto(JsonValue const& value, BoolArrayItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    std::vector<bool> flags;
+    flags.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+    if (!ReadArray(value, "an array of true and false", sink, pointer,
+                   [&](JsonValue const& element, std::string const& at) {
+                       if (Kind::Boolean != element.kind) {
+                           sink.Add(at, Expected("true or false", element));
+                           return false;
+                       }
+                       flags.push_back(element.boolean);
+                       return true;
+                   })) {
+        return false;
+    }
+    item.Val().swap(flags);
+    return true;
+}
+
+bool ReadInto(JsonValue const& value, StringSparseItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadString(value, item.Val(), sink, pointer);
+}
+
+bool ReadInto(JsonValue const& value, ColourItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    Vintor::Colour_t colour;
+    if (!ReadColour(value, colour, sink, pointer)) {
+        return false;
+    }
+    item.Set(colour);
+    return true;
+}
+
+template <class T>
+bool ReadInto(JsonValue const& value, CoordinateItem<T>& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    typename T::Element numbers[2];
+    if (!ReadTuple<T>(value, k_coordinateNames, numbers, sink, pointer)) {
+        return false;
+    }
+    item.SetValX(numbers[0]);
+    item.SetValY(numbers[1]);
+    return true;
+}
+
+template <class T>
+bool ReadInto(JsonValue const& value, RectItem<T>& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadRectangle(value, item, sink, pointer);
+}
+
+template <class T>
+bool ReadInto(JsonValue const& value, RectArrayItem<T>& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    typename RectArrayItem<T>::Rects rects;
+    rects.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+    if (!ReadArray(value, "an array of rectangles", sink, pointer,
+                   [&](JsonValue const& element, std::string const& at) {
+                       rects.emplace_back(0);
+                       return ReadRectangle(element, rects.back(), sink, at);
+                   })) {
+        return false;
+    }
+    item.SetVal(rects);
+    return true;
+}
+
+bool ReadInto(JsonValue const& value, OrientationItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    float parts[3];
+    if (!ReadTuple<FloatTraits>(value, k_orientationNames, parts, sink, pointer)) {
+        return false;
+    }
+    item.Set(Orientation_t{parts[0], parts[1], parts[2]});
+    return true;
+}
+
+bool ReadInto(JsonValue const& value, AddrItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    std::string text;
+    if (!ReadString(value, text, sink, pointer)) {
+        return false;
+    }
+    item.SetVal(Net::AddrStr(text));
+    return true;
+}
+
+bool ReadInto(JsonValue const& value, EndpointItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadEndpoint(value, item.Val(), sink, pointer);
+}
+
+bool ReadInto(JsonValue const& value, AppEndpointItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadAppEndpoint(value, item.Val(), sink, pointer);
+}
+
+bool ReadInto(JsonValue const& value, AppEndpointArrayItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    AppEndpointArrayItem::Value_t endpoints;
+    endpoints.reserve(Kind::Array == value.kind ? value.items.size() : 0);
+    if (!ReadArray(value, "an array of URIs", sink, pointer,
+                   [&](JsonValue const& element, std::string const& at) {
+                       endpoints.emplace_back();
+                       return ReadAppEndpoint(element, endpoints.back(), sink, at);
+                   })) {
+        return false;
+    }
+    item.Val().swap(endpoints);
+    return true;
+}
+
+bool ReadInto(JsonValue const& value, ExtendedItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadStrings(value, k_pairNames, &item.Val().first, &item.Val().second, sink, pointer);
+}
+
+bool ReadInto(JsonValue const& value, LocalizedStringItem& item, InfoBase const&, Sink& sink,
+              std::string const& pointer) {
+    return ReadMessage(value, item, sink, pointer);
+}
+
+template <class I, class = void>
+struct HasForm : std::false_type {};
+template <class I>
+struct HasForm<I, decltype(void(ReadInto(std::declval<JsonValue const&>(), std::declval<I&>(),
+                                         std::declval<InfoBase const&>(), std::declval<Sink&>(),
+                                         std::declval<std::string const&>())))> : std::true_type {};
+
+// A value of the family of tag T.
+template <class T>
+ItemPtr ReadFamily(JsonValue const& value, InfoBase const& info, Sink& sink,
+                   std::string const& pointer) {
+    using I = typename T::Item;
+    if constexpr (std::is_same<I, CompositeItem>::value) {
+        return ReadComposite(value, info, sink, pointer);
+    } else if constexpr (HasForm<I>::value) {
+        auto item = MakeItem<I>(info, sink, pointer);
+        if (item && ReadInto(value, *item, info, sink, pointer)) {
+            return item;
+        }
+        return nullptr;
+    } else {
+        (void)value;
+        sink.Add(pointer, NoValueForm(info));
+        return nullptr;
+    }
+}
+
+// Why no family has info's type bytes.
+std::string NoFamily(InfoBase const& info) {
+    OruType_t const type = info.GetType();
+    if (type == OruType_t::Numeric || type == OruType_t::NumericArray ||
+        type == OruType_t::NumericSparse) {
+        return "the setting's definition has no element type";
+    }
+    bool const geometry = VisitGeometry(info.GetNumericType(), [](auto) {});
+    if (type == OruType_t::RectArray && geometry) {
+        return "rectangle arrays hold U16 numbers only";
+    }
+    if (type == OruType_t::Coordinate || type == OruType_t::Rectangle ||
+        type == OruType_t::RectArray) {
+        return "the setting's definition has no element type of its family";
+    }
+    return NoValueForm(info);
+}
+
 }  // namespace
 
 ItemPtr ReadItem(JsonValue const& value, InfoBase const& info, Sink& sink,
                  std::string const& pointer) {
-    switch (info.GetType()) {
-        case OruType_t::Bool:
-            if (auto item = MakeItem<BoolItem>(info, sink, pointer)) {
-                if (Kind::Boolean == value.kind) {
-                    item->SetVal(value.boolean);
-                    return item;
-                }
-                sink.Add(pointer, Expected("true or false", value));
-            }
-            return nullptr;
-        case OruType_t::Numeric:
-        case OruType_t::NumericArray:
-        case OruType_t::NumericSparse:
-            return ReadNumericFamily(value, info, sink, pointer);
-        case OruType_t::Enum:
-            if (auto item = MakeItem<EnumItem>(info, sink, pointer)) {
-                if (Kind::String == value.kind) {
-                    auto const* enumInfo = dynamic_cast<EnumInfo const*>(&info);
-                    if (!enumInfo || enumInfo->GetElemVal(value.text, item->Val()) != 0) {
-                        sink.Add(pointer, "no entry is named \"" + Shown(value.text, 32) + "\"" +
-                                              EntryHint(enumInfo, value.text));
-                        return nullptr;
-                    }
-                    return item;
-                }
-                std::string why;
-                if (ReadElement(value, item->Val(), why, "Enum")) {
-                    return item;
-                }
-                bool const number = Kind::Unsigned == value.kind || Kind::Integer == value.kind ||
-                                    Kind::Float == value.kind;
-                sink.Add(pointer, number ? why : Expected("an entry's name or number", value));
-            }
-            return nullptr;
-        case OruType_t::String:
-            if (auto item = MakeItem<StringItem>(info, sink, pointer)) {
-                if (ReadString(value, item->Val(), sink, pointer)) {
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::StringArray:
-            if (auto item = MakeItem<StringArrayItem>(info, sink, pointer)) {
-                std::vector<std::string> texts;
-                texts.reserve(Kind::Array == value.kind ? value.items.size() : 0);
-                if (ReadArray(value, "an array of strings", sink, pointer,
-                              [&](JsonValue const& element, std::string const& at) {
-                                  texts.emplace_back();
-                                  return ReadString(element, texts.back(), sink, at);
-                              })) {
-                    item->Val().swap(texts);
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::BoolArray:
-            if (auto item = MakeItem<BoolArrayItem>(info, sink, pointer)) {
-                std::vector<bool> flags;
-                flags.reserve(Kind::Array == value.kind ? value.items.size() : 0);
-                if (ReadArray(value, "an array of true and false", sink, pointer,
-                              [&](JsonValue const& element, std::string const& at) {
-                                  if (Kind::Boolean != element.kind) {
-                                      sink.Add(at, Expected("true or false", element));
-                                      return false;
-                                  }
-                                  flags.push_back(element.boolean);
-                                  return true;
-                              })) {
-                    item->Val().swap(flags);
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::StringSparse:
-            if (auto item = MakeItem<StringSparseItem>(info, sink, pointer)) {
-                if (ReadString(value, item->Val(), sink, pointer)) {
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::Colour:
-            if (auto item = MakeItem<ColourItem>(info, sink, pointer)) {
-                Vintor::Colour_t colour;
-                if (ReadColour(value, colour, sink, pointer)) {
-                    item->Set(colour);
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::Coordinate:
-        case OruType_t::Rectangle:
-        case OruType_t::RectArray:
-            return ReadGeometryFamily(value, info, sink, pointer);
-        case OruType_t::Orientation:
-            if (auto item = MakeItem<OrientationItem>(info, sink, pointer)) {
-                float parts[3];
-                if (ReadTuple<FloatTraits>(value, k_orientationNames, parts, sink, pointer)) {
-                    item->Set(Orientation_t{parts[0], parts[1], parts[2]});
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::Addr:
-            if (auto item = MakeItem<AddrItem>(info, sink, pointer)) {
-                std::string text;
-                if (ReadString(value, text, sink, pointer)) {
-                    item->SetVal(Net::AddrStr(text));
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::Endpoint:
-            if (auto item = MakeItem<EndpointItem>(info, sink, pointer)) {
-                if (ReadEndpoint(value, item->Val(), sink, pointer)) {
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::AppEndpoint:
-            if (auto item = MakeItem<AppEndpointItem>(info, sink, pointer)) {
-                if (ReadAppEndpoint(value, item->Val(), sink, pointer)) {
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::AppEndpointArray:
-            if (auto item = MakeItem<AppEndpointArrayItem>(info, sink, pointer)) {
-                AppEndpointArrayItem::Value_t endpoints;
-                endpoints.reserve(Kind::Array == value.kind ? value.items.size() : 0);
-                if (ReadArray(value, "an array of URIs", sink, pointer,
-                              [&](JsonValue const& element, std::string const& at) {
-                                  endpoints.emplace_back();
-                                  return ReadAppEndpoint(element, endpoints.back(), sink, at);
-                              })) {
-                    item->Val().swap(endpoints);
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::Extended:
-            if (auto item = MakeItem<ExtendedItem>(info, sink, pointer)) {
-                if (ReadStrings(value, k_pairNames, &item->Val().first, &item->Val().second, sink,
-                                pointer)) {
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::LocalizedString:
-            if (auto item = MakeItem<LocalizedStringItem>(info, sink, pointer)) {
-                if (ReadMessage(value, *item, sink, pointer)) {
-                    return item;
-                }
-            }
-            return nullptr;
-        case OruType_t::Composite:
-            return ReadComposite(value, info, sink, pointer);
-        default:
-            sink.Add(pointer, NoValueForm(info));
-            return nullptr;
+    ItemPtr result;
+    bool const known = Catalogue::VisitFamily(info.GetType(), info.GetNumericType(), [&](auto tag) {
+        result = ReadFamily<decltype(tag)>(value, info, sink, pointer);
+    });
+    if (!known) {
+        sink.Add(pointer, NoFamily(info));
     }
+    return result;
 }
 
 }  // namespace ValueForm

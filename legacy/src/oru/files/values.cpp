@@ -54,6 +54,69 @@ bool RecordSize(ItemBase const& item, std::uint64_t& size, std::string& problem)
     return true;
 }
 
+// The ids read so far, each with where it stands among the values read: an
+// open-addressing table, so that a value read costs no allocation of its own.
+class SeenIds {
+public:
+    static constexpr std::size_t k_new = static_cast<std::size_t>(-1);
+
+    void Reserve(std::size_t count) { Grow(count); }
+
+    // Where id was read first, or k_new when it was not, and is now at index.
+    std::size_t Insert(unsigned int id, std::size_t index) {
+        if ((count_ + 1) * 2 > slots_.size()) {
+            Grow(count_ + 1);
+        }
+        std::size_t at = Slot(id);
+        while (slots_[at].used) {
+            if (slots_[at].id == id) {
+                return slots_[at].index;
+            }
+            at = (at + 1) & (slots_.size() - 1);
+        }
+        slots_[at] = Entry{id, true, index};
+        ++count_;
+        return k_new;
+    }
+
+private:
+    struct Entry {
+        unsigned int id;
+        bool used;
+        std::size_t index;
+    };
+
+    std::size_t Slot(unsigned int id) const {
+        // Fibonacci hashing spreads ids that differ in their low bits only.
+        return static_cast<std::size_t>((id * 0x9E3779B97F4A7C15ull) >> 32) & (slots_.size() - 1);
+    }
+
+    // Room for count entries at most half full.
+    void Grow(std::size_t count) {
+        std::size_t size = 16;
+        while (size < count * 2) {
+            size *= 2;
+        }
+        if (size <= slots_.size()) {
+            return;
+        }
+        std::vector<Entry> old(size, Entry{0, false, 0});
+        old.swap(slots_);
+        for (Entry const& entry : old) {
+            if (entry.used) {
+                std::size_t at = Slot(entry.id);
+                while (slots_[at].used) {
+                    at = (at + 1) & (slots_.size() - 1);
+                }
+                slots_[at] = entry;
+            }
+        }
+    }
+
+    std::vector<Entry> slots_;
+    std::size_t count_ = 0;
+};
+
 // The section path of each setting, looked up once per section.
 class PathNames {
 public:
@@ -91,28 +154,30 @@ std::vector<std::string> AllPaths(InfoItemDirectory const& directory) {
 ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, Apply mode) {
     ValuesReport report;
     Sink sink(report.problems);
-    auto delta = std::make_shared<InfoItemDirectoryDelta>();
-    // Where each setting's member stands in origins, to find a key given
-    // twice and to name the value the directory refuses.
+    // The values that passed, with their ids: sorted once at the end rather
+    // than kept in a tree as they come.
+    std::vector<std::pair<unsigned int, boost::intrusive_ptr<ItemHolder const>>> passing;
+    // Each setting read, in file order, with its key kept in one buffer: to
+    // find a key given twice and to name the value the directory refuses.
     struct Origin {
         unsigned int id;
-        std::string pointer;
-        std::string path;
+        std::size_t keyAt;
+        std::size_t keySize;
     };
     std::vector<Origin> origins;
-    std::unordered_map<unsigned int, std::size_t> seen;
+    std::string keys;
+    SeenIds seen;
     std::unordered_set<std::string> unknown;
     // Every path, gathered at the first unknown one, to suggest the nearest.
     std::vector<std::string> paths;
     std::size_t const expected = std::min<std::size_t>(json.size() / 16, std::size_t(1) << 20);
-    seen.reserve(expected);
     origins.reserve(expected);
+    passing.reserve(expected);
+    // The keys are never longer than the text that spells them: one buffer.
+    keys.reserve(json.size());
+    seen.Reserve(expected);
 
     auto const onMember = [&](std::string const& key, JsonValue& value, std::string& refusal) {
-        std::string pointer;
-        pointer.reserve(key.size() + 8);
-        pointer += "/";
-        pointer += PointerToken(key);
         sink.BeginValue();
         boost::intrusive_ptr<InfoItemHolder const> const slot = directory.FindInfoItem(key);
         if (!slot) {
@@ -123,36 +188,49 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
             if (paths.empty()) {
                 paths = AllPaths(directory);
             }
-            sink.Add(std::move(pointer),
+            sink.Add("/" + PointerToken(key),
                      "no setting has this path" + CheckRules::DidYouMean(key, paths), key);
             return true;
         }
         InfoPtr const info = slot->GetInfoHolder()->GetInfo();
-        auto const first = seen.emplace(info->GetId(), origins.size());
-        if (!first.second) {
-            if (origins[first.first->second].pointer == pointer) {
+        std::size_t const earlier = seen.Insert(info->GetId(), origins.size());
+        if (earlier != SeenIds::k_new) {
+            Origin const& first = origins[earlier];
+            if (keys.compare(first.keyAt, first.keySize, key) == 0) {
                 refusal = "the key appears twice";
                 return false;
             }
-            sink.Add(std::move(pointer), "the setting is given twice, under another path", key);
+            sink.Add("/" + PointerToken(key), "the setting is given twice, under another path",
+                     key);
             return true;
         }
-        sink.SetPath(key);
-        ItemPtr const item = ReadItem(value, *info, sink, pointer);
+        // Read and checked under the value's own pointer (""): a passing value
+        // builds no pointer and no path; its problems get both afterwards.
+        std::size_t const before = report.problems.size();
+        std::string const root;
+        ItemPtr const item = ReadItem(value, *info, sink, root);
         bool passed = false;
         if (item) {
-            Problems const found = Check(*item, info, pointer);
+            Problems const found = Check(*item, info, root);
             for (Problem const& problem : found) {
                 sink.Add(problem.pointer, problem.message);
             }
             passed = found.empty();
         }
-        sink.EndValue(pointer);
-        sink.SetPath(std::string());
-        if (passed) {
-            delta->AddItem(boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
+        if (report.problems.size() > before) {
+            std::string const pointer = "/" + PointerToken(key);
+            sink.EndValue(root);
+            for (std::size_t i = before; i < report.problems.size(); ++i) {
+                report.problems[i].pointer.insert(0, pointer);
+                report.problems[i].path = key;
+            }
         }
-        origins.push_back(Origin{info->GetId(), std::move(pointer), key});
+        if (passed) {
+            passing.emplace_back(item->GetId(),
+                                 boost::intrusive_ptr<ItemHolder const>(new ItemHolder(item)));
+        }
+        origins.push_back(Origin{info->GetId(), keys.size(), key.size()});
+        keys += key;
         return true;
     };
 
@@ -161,7 +239,13 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
         report.problems = std::move(syntax);
         return report;
     }
-    auto const& items = delta->GetItemHolderPtrMap_addMod();
+    // In id order, the first of equal ids kept, as a change set holds them.
+    std::stable_sort(passing.begin(), passing.end(),
+                     [](auto const& a, auto const& b) { return a.first < b.first; });
+    passing.erase(std::unique(passing.begin(), passing.end(),
+                              [](auto const& a, auto const& b) { return a.first == b.first; }),
+                  passing.end());
+    auto const& items = passing;
     if (items.empty() || Apply::Nothing == mode ||
         (Apply::AllOrNothing == mode && !report.problems.empty())) {
         return report;
@@ -186,8 +270,8 @@ ValuesReport ReadValues(std::string const& json, InfoItemDirectory& directory, A
     std::string path;
     for (auto const& origin : origins) {
         if (origin.id == refused) {
-            pointer = origin.pointer;
-            path = origin.path;
+            path = keys.substr(origin.keyAt, origin.keySize);
+            pointer = "/" + PointerToken(path);
         }
     }
     report.problems.push_back(Problem{pointer,
