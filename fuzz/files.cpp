@@ -2,10 +2,18 @@
 // gets the rest: a description read into a directory that already holds the
 // sample device, or a values file read for the sample device's settings.
 // Whatever the text, nothing crashes; a refused description changes
-// nothing; values are applied whole or, all-or-nothing, not at all; and what
-// was read writes and reads back the same.
+// nothing; values are applied whole or, all-or-nothing, not at all; every
+// value applied passes the check, and its record and the values file written
+// from it give it back, the same text each time.
+//
+// The sample device is built once; each input starts from its settings as
+// they were, put back by their holders, so that an input costs what its
+// reading costs.
+#include <cstddef>
 #include <cstdint>
+#include <list>
 #include <string>
+#include <vector>
 
 #include <legacy/oru/files/files.h>
 #include <legacy/oru/oru.h>
@@ -16,56 +24,208 @@ using namespace Legacy::Oru;
 
 namespace {
 
-void Check(bool condition) {
+void Require(bool condition) {
     if (!condition) {
         __builtin_trap();
     }
 }
 
-// The directory's settings and values as text, to compare before and after.
-std::string State(InfoItemDirectory const& directory) {
-    return Files::WriteDescription(directory) + Files::WriteValues(directory);
+using SlotPtr = boost::intrusive_ptr<InfoItemHolder const>;
+using InfoHolderPtr = boost::intrusive_ptr<InfoHolder const>;
+using ItemHolderPtr = boost::intrusive_ptr<ItemHolder const>;
+using ItemPtr = boost::intrusive_ptr<ItemBase const>;
+
+// What a directory holds, by identity: its leaf sections, and each setting's
+// Info and Item holders. Holders are never changed in place, so two equal
+// snapshots are the same state.
+struct Snapshot {
+    struct Setting {
+        InfoHolderPtr info;
+        ItemHolderPtr item;
+    };
+    std::list<SectionId> leaves;
+    std::vector<Setting> settings;
+
+    explicit Snapshot(InfoItemDirectory const& directory) {
+        directory.GetLeafSections(leaves);
+        std::vector<SlotPtr> slots;
+        directory.GetAllInfoItems(slots);
+        settings.reserve(slots.size());
+        for (SlotPtr const& slot : slots) {
+            settings.push_back(Setting{slot->GetInfoHolder(), slot->GetItemHolder()});
+        }
+    }
+
+    bool operator==(Snapshot const& other) const {
+        if (leaves != other.leaves || settings.size() != other.settings.size()) {
+            return false;
+        }
+        for (std::size_t i = 0; i < settings.size(); ++i) {
+            if (settings[i].info != other.settings[i].info ||
+                settings[i].item != other.settings[i].item) {
+                return false;
+            }
+        }
+        return true;
+    }
+};
+
+// The sample device as built once.
+struct Pristine {
+    InfoItemDirectory directory;
+    Snapshot snapshot;
+
+    Pristine() : snapshot(Build(directory)) {}
+
+    static InfoItemDirectory& Build(InfoItemDirectory& directory) {
+        OruTool::SampleDirectory(directory);
+        return directory;
+    }
+
+    // Fills an empty directory with the sample's sections and settings, with
+    // their values or, bare, without any.
+    void Fill(InfoItemDirectory& target, bool values = true) const {
+        for (SectionId const& leaf : snapshot.leaves) {
+            Require(target.AddSection(leaf) == 0);
+        }
+        for (Snapshot::Setting const& setting : snapshot.settings) {
+            Require(target.AddInfo(setting.info) == 0);
+            if (values && setting.item) {
+                Require(target.SetItem(setting.item) == 0);
+            }
+        }
+    }
+
+    // Puts back the sample's values in a directory that holds its settings.
+    void RestoreValues(InfoItemDirectory& target) const {
+        for (Snapshot::Setting const& setting : snapshot.settings) {
+            SlotPtr const slot = target.FindInfoItem(setting.info->GetInfo()->GetId());
+            Require(slot && slot->GetInfoHolder() == setting.info);
+            if (setting.item && slot->GetItemHolder() != setting.item) {
+                Require(target.SetItem(setting.item) == 0);
+            }
+        }
+    }
+};
+
+Pristine const& Sample() {
+    static Pristine const* const pristine = new Pristine();
+    return *pristine;
+}
+
+// The directory the inputs are read into, and the one a written values file
+// is read back into; both hold the sample device between inputs.
+InfoItemDirectory& Work() {
+    static InfoItemDirectory* const directory = [] {
+        auto* made = new InfoItemDirectory();
+        Sample().Fill(*made);
+        return made;
+    }();
+    return *directory;
+}
+
+// The sample's settings without values, to hold only what an input applied:
+// one to write a values file from, one to read it back into.
+InfoItemDirectory& Bare(int which) {
+    static InfoItemDirectory* const directories = [] {
+        auto* made = new InfoItemDirectory[2];
+        Sample().Fill(made[0], false);
+        Sample().Fill(made[1], false);
+        return made;
+    }();
+    return directories[which];
+}
+
+void Empty(InfoItemDirectory& directory) {
+    directory.Clear();
+    Sample().Fill(directory, false);
+}
+
+// The same value: equal as the family compares, and in text, since some
+// families compare by a distance.
+bool SameValue(ItemBase const& held, ItemPtr const& other) {
+    return other && held.IsEqualValue(other) && held.GetValAsString() == other->GetValAsString();
+}
+
+// The held item's serial record reads back to the same value.
+bool RecordRoundTrips(ItemBase const& item) {
+    ItemBase::SerialStruct_t record;
+    if (item.Serialize(&record) != 0) {
+        return false;
+    }
+    ItemBase::ConstSerialStruct_t const view(record);
+    boost::intrusive_ptr<ItemBase> back;
+    if (ItemBase::Deserialize(&view, back) != 0) {
+        return false;
+    }
+    return SameValue(item, back);
 }
 
 void Description(std::string const& text) {
-    InfoItemDirectory directory;
-    OruTool::SampleDirectory(directory);
-    std::string const before = State(directory);
+    Pristine const& sample = Sample();
+    InfoItemDirectory& directory = Work();
     Files::Problems const problems = Files::ReadDescription(text, directory);
     if (!problems.empty()) {
-        Check(State(directory) == before);
+        Require(Snapshot(directory) == sample.snapshot);
         return;
     }
     // What was read describes itself the same way again.
     std::string const written = Files::WriteDescription(directory);
     InfoItemDirectory again;
-    Check(Files::ReadDescription(written, again).empty());
-    Check(Files::WriteDescription(again) == written);
+    Require(Files::ReadDescription(written, again).empty());
+    Require(Files::WriteDescription(again) == written);
+    if (!(Snapshot(directory) == sample.snapshot)) {
+        directory.Clear();
+        sample.Fill(directory);
+    }
 }
 
 void Values(std::string const& text, bool whole) {
-    InfoItemDirectory directory;
-    OruTool::SampleDirectory(directory);
-    std::string const before = State(directory);
+    Pristine const& sample = Sample();
+    InfoItemDirectory& directory = Work();
     Files::ValuesReport const report = Files::ReadValues(
         text, directory, whole ? Files::Apply::AllOrNothing : Files::Apply::Passing);
-    if (whole && !report.problems.empty()) {
-        Check(report.applied == 0);
-        Check(State(directory) == before);
-    }
-    if (report.applied == 0) {
-        Check(State(directory) == before);
+    if (report.applied == 0 || (whole && !report.problems.empty())) {
+        Require(report.applied == 0);
+        Require(Snapshot(directory) == sample.snapshot);
         return;
     }
-    // The values now held write out and read back into a fresh sample device
-    // without a problem, to the same values.
-    std::string const written = Files::WriteValues(directory);
-    InfoItemDirectory again;
-    OruTool::SampleDirectory(again);
-    Files::ReadValues(written, again);
-    // A value that its check refuses (the sample holds one) stays in both as
-    // the sample had it; any other value must have read back.
-    Check(Files::WriteValues(again) == written);
+    Snapshot const held(directory);
+    Require(held.settings.size() == sample.snapshot.settings.size());
+    // Every value applied passes the check and survives its record.
+    InfoItemDirectory& applied = Bare(0);
+    std::size_t changed = 0;
+    for (std::size_t i = 0; i < held.settings.size(); ++i) {
+        Snapshot::Setting const& setting = held.settings[i];
+        Require(setting.info == sample.snapshot.settings[i].info);
+        if (setting.item == sample.snapshot.settings[i].item) {
+            continue;
+        }
+        ++changed;
+        ItemBase const& item = *setting.item->GetItem();
+        Require(Files::Check(item, setting.info->GetInfo(), "/value").empty());
+        Require(RecordRoundTrips(item));
+        Require(applied.SetItem(setting.item) == 0);
+    }
+    Require(changed == report.applied);
+    // The values applied write out and read back, without a problem, to the
+    // same values; writing those gives the same text. The sample's own values
+    // are left out: they are the same for every input.
+    std::string const written = Files::WriteValues(applied);
+    InfoItemDirectory& back = Bare(1);
+    Files::ValuesReport const again = Files::ReadValues(written, back);
+    Require(again.problems.empty() && again.applied == changed);
+    for (Snapshot::Setting const& setting : held.settings) {
+        unsigned int const id = setting.info->GetInfo()->GetId();
+        ItemHolderPtr const out = applied.FindItem(id);
+        ItemHolderPtr const read = back.FindItem(id);
+        Require((out != nullptr) == (read != nullptr));
+        Require(!out || SameValue(*out->GetItem(), read->GetItem()));
+    }
+    Require(Files::WriteValues(back) == written);
+    Empty(applied);
+    Empty(back);
+    sample.RestoreValues(directory);
 }
 
 }  // namespace
