@@ -127,8 +127,8 @@ Pristine const& Sample() {
     return *pristine;
 }
 
-// The directory the inputs are read into, and the one a written values file
-// is read back into; both hold the sample device between inputs.
+// The directory the inputs are read into; it holds the sample device between
+// inputs.
 InfoItemDirectory& Work() {
     static InfoItemDirectory* const directory = [] {
         auto* made = new InfoItemDirectory();
