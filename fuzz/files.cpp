@@ -1,6 +1,7 @@
 // Settings files from a hostile source. The first byte says which reader
 // gets the rest: a description read into a directory that already holds the
-// sample device, or a values file read for the sample device's settings.
+// sample device, or a values file read for the sample device's settings
+// (applying those that pass, all or nothing, or first as a dry run).
 // Whatever the text, nothing crashes; a refused description changes
 // nothing; values are applied whole or, all-or-nothing, not at all; every
 // value applied passes the check, and its record and the values file written
@@ -194,11 +195,22 @@ void Description(std::string const& text) {
     }
 }
 
-void Values(std::string const& text, bool whole) {
+void Values(std::string const& text, Files::Apply mode) {
     Pristine const& sample = Sample();
     InfoItemDirectory& directory = Work();
+    bool const whole = Files::Apply::AllOrNothing == mode;
+    Files::Problems dryRun;
+    if (Files::Apply::Nothing == mode) {
+        // A dry run applies nothing and finds what the real one finds.
+        Files::ValuesReport const checked = Files::ReadValues(text, directory, mode);
+        Require(checked.applied == 0 && sample.SameSettings(directory));
+        dryRun = checked.problems;
+    }
     Files::ValuesReport const report = Files::ReadValues(
         text, directory, whole ? Files::Apply::AllOrNothing : Files::Apply::Passing);
+    if (Files::Apply::Nothing == mode) {
+        Require(report.problems == dryRun);
+    }
     if (report.applied == 0 || (whole && !report.problems.empty())) {
         Require(report.applied == 0);
         // Values change no section, so the settings say it all.
@@ -220,6 +232,7 @@ void Values(std::string const& text, bool whole) {
         ItemBase const& item = *setting.item->GetItem();
         Require(Files::Check(item, setting.info->GetInfo(), "/value").empty());
         Require(RecordRoundTrips(item));
+        Require(!Files::Explain(item, setting.info->GetInfo()));
         Require(applied.SetItem(setting.item) == 0);
     }
     Require(changed == report.applied);
@@ -279,15 +292,18 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         return 0;
     }
     std::string const text(reinterpret_cast<char const*>(data) + 1, size - 1);
-    switch (data[0] % 3) {
+    switch (data[0] % 4) {
         case 0:
             Description(text);
             break;
         case 1:
-            Values(text, false);
+            Values(text, Files::Apply::Passing);
+            break;
+        case 2:
+            Values(text, Files::Apply::AllOrNothing);
             break;
         default:
-            Values(text, true);
+            Values(text, Files::Apply::Nothing);
             break;
     }
     return 0;
