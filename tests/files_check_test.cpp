@@ -310,6 +310,11 @@ TEST(FilesCheck, WhatWasSeenIsRefusedWithItsReasonByEveryEntryPoint) {
          "port 99999 is above the maximum 65535"},
         {"Net/Snapshot", "\"rtsp://10.0.0.20:8554\"", "", ""},
         {"Net/Peer", "\"10.0.0.5:99999\"", "/Net~1Peer", "port 99999 is above the maximum 65535"},
+        {"Net/Peer", "\"10.0.0.5:099999\"", "/Net~1Peer", "port 099999 is above the maximum 65535"},
+        // A port in range behind a second colon is no port.
+        {"Net/Peer", "\"a:1:2\"", "/Net~1Peer", "a:1 is no host name or address"},
+        {"Net/Snapshot", "\"http://h:65535:2\"", "/Net~1Snapshot",
+         "h:65535 is no host name or address"},
         {"Net/Host", "\"10.0.0.400\"", "/Net~1Host",
          "10.0.0.400 is no IPv4 address: 400 is above 255"},
     };

@@ -97,7 +97,11 @@ std::string EndpointProblem(StrEndpoint const& endpoint) {
         // "10.0.0.5:99999" keeps its port in the address when it is no port.
         std::size_t const colon = host.rfind(':');
         std::string const port = host.substr(colon + 1);
-        if (!port.empty() && port.find_first_not_of("0123456789") == std::string::npos) {
+        // Only a number past the range stays there: "a:1:2" is host "a:1".
+        std::size_t const digits = port.find_first_not_of('0');
+        std::size_t const width = digits == std::string::npos ? 0 : port.size() - digits;
+        if (!port.empty() && port.find_first_not_of("0123456789") == std::string::npos &&
+            (width > 5 || (width == 5 && port.compare(digits, 5, "65535") > 0))) {
             return "port " + Shown(port, 32) + " is above the maximum 65535";
         }
     }
