@@ -366,6 +366,10 @@ TEST(FilesCheck, ReadingRefusesWhatTheFormWouldWriteBackOtherwise) {
     Row const rows[] = {
         {"Net/Snapshot", "\"htp://10.0.0.5:80\"", "unknown scheme htp; did you mean http?"},
         {"Net/Peer", "\"10.0.0.5\"", "10.0.0.5 has no port; write it as 10.0.0.5:PORT"},
+        {"Net/Snapshot", "\"http://:80\"",
+         "http://:80 names no host; write it as http://HOST:PORT"},
+        {"Net/Snapshot", "\"rtsp://:0\"", "rtsp://:0 names no host; write it as rtsp://HOST:PORT"},
+        {"Net/Snapshot", "\"http://\"", "http:// names no host; write it as http://HOST:PORT"},
         {"Imaging/Mode", "\"manul\"", "no entry is named \"manul\"; did you mean manual?"},
         {"Video/Rate", "16777217", "16777217 is not exact in Float: it would be held as 16777216"},
         {"Video/Pair", "[true]", "expected 2 values, one per part, not 1"},
