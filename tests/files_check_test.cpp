@@ -317,6 +317,11 @@ TEST(FilesCheck, WhatWasSeenIsRefusedWithItsReasonByEveryEntryPoint) {
          "h:65535 is no host name or address"},
         {"Net/Host", "\"10.0.0.400\"", "/Net~1Host",
          "10.0.0.400 is no IPv4 address: 400 is above 255"},
+        {"Net/Host", "\"fffff::1\"", "/Net~1Host", "fffff::1 is no host name or address"},
+        {"Net/Host", "\":::::\"", "/Net~1Host", "::::: is no host name or address"},
+        {"Net/Host", "\"::ffff:10.0.0.1\"", "", ""},
+        {"Net/Peer", "\"[1::2::3]:80\"", "/Net~1Peer", "1::2::3 is no host name or address"},
+        {"Net/Peer", "\"[fe80::1]:80\"", "", ""},
     };
     for (Row const& row : rows) {
         std::string const json = "{\"" + std::string(row.path) + "\": " + row.value + "}";

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <cstddef>
 
+#include <lanpath/addr.h>
+
 #include "valuejson.h"
 
 namespace Legacy {
@@ -37,9 +39,12 @@ std::string Ipv4Problem(std::string const& host) {
     return std::string();
 }
 
+// Looks like one and is one: "fffff::1" or "1::2::3" is refused.
 bool IsIpv6(std::string const& host) {
+    Net::AddrIp parsed;
     return std::count(host.begin(), host.end(), ':') >= 2 &&
-           host.find_first_not_of("0123456789abcdefABCDEF:.") == std::string::npos;
+           host.find_first_not_of("0123456789abcdefABCDEF:.") == std::string::npos &&
+           Net::AddrIp::TryParse(host, parsed) && parsed.IsV6();
 }
 
 bool IsHostName(std::string const& host) {
