@@ -316,8 +316,18 @@ TEST(FilesCheck, WhatWasSeenIsRefusedWithItsReasonByEveryEntryPoint) {
          "port 99999 is above the maximum 65535"},
         {"Net/Snapshot", "\"rtsp://10.0.0.20:8554\"", "", ""},
         {"Net/Peer", "\"10.0.0.5:99999\"", "/Net~1Peer", "port 99999 is above the maximum 65535"},
+        {"Net/Peer", "\"10.0.0.5:099999\"", "/Net~1Peer", "port 099999 is above the maximum 65535"},
+        // A port in range behind a second colon is no port.
+        {"Net/Peer", "\"a:1:2\"", "/Net~1Peer", "a:1 is no host name or address"},
+        {"Net/Snapshot", "\"http://h:65535:2\"", "/Net~1Snapshot",
+         "h:65535 is no host name or address"},
         {"Net/Host", "\"10.0.0.400\"", "/Net~1Host",
          "10.0.0.400 is no IPv4 address: 400 is above 255"},
+        {"Net/Host", "\"fffff::1\"", "/Net~1Host", "fffff::1 is no host name or address"},
+        {"Net/Host", "\":::::\"", "/Net~1Host", "::::: is no host name or address"},
+        {"Net/Host", "\"::ffff:10.0.0.1\"", "", ""},
+        {"Net/Peer", "\"[1::2::3]:80\"", "/Net~1Peer", "1::2::3 is no host name or address"},
+        {"Net/Peer", "\"[fe80::1]:80\"", "", ""},
     };
     for (Row const& row : rows) {
         std::string const json = "{\"" + std::string(row.path) + "\": " + row.value + "}";
@@ -367,6 +377,10 @@ TEST(FilesCheck, ReadingRefusesWhatTheFormWouldWriteBackOtherwise) {
     Row const rows[] = {
         {"Net/Snapshot", "\"htp://10.0.0.5:80\"", "unknown scheme htp; did you mean http?"},
         {"Net/Peer", "\"10.0.0.5\"", "10.0.0.5 has no port; write it as 10.0.0.5:PORT"},
+        {"Net/Snapshot", "\"http://:80\"",
+         "http://:80 names no host; write it as http://HOST:PORT"},
+        {"Net/Snapshot", "\"rtsp://:0\"", "rtsp://:0 names no host; write it as rtsp://HOST:PORT"},
+        {"Net/Snapshot", "\"http://\"", "http:// names no host; write it as http://HOST:PORT"},
         {"Imaging/Mode", "\"manul\"", "no entry is named \"manul\"; did you mean manual?"},
         {"Video/Rate", "16777217", "16777217 is not exact in Float: it would be held as 16777216"},
         {"Video/Pair", "[true]", "expected 2 values, one per part, not 1"},

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <cstddef>
 
+#include <lanpath/addr.h>
+
 #include "valuejson.h"
 
 namespace Legacy {
@@ -37,9 +39,12 @@ std::string Ipv4Problem(std::string const& host) {
     return std::string();
 }
 
+// Looks like one and is one: "fffff::1" or "1::2::3" is refused.
 bool IsIpv6(std::string const& host) {
+    Net::AddrIp parsed;
     return std::count(host.begin(), host.end(), ':') >= 2 &&
-           host.find_first_not_of("0123456789abcdefABCDEF:.") == std::string::npos;
+           host.find_first_not_of("0123456789abcdefABCDEF:.") == std::string::npos &&
+           Net::AddrIp::TryParse(host, parsed) && parsed.IsV6();
 }
 
 bool IsHostName(std::string const& host) {
@@ -97,7 +102,11 @@ std::string EndpointProblem(StrEndpoint const& endpoint) {
         // "10.0.0.5:99999" keeps its port in the address when it is no port.
         std::size_t const colon = host.rfind(':');
         std::string const port = host.substr(colon + 1);
-        if (!port.empty() && port.find_first_not_of("0123456789") == std::string::npos) {
+        // Only a number past the range stays there: "a:1:2" is host "a:1".
+        std::size_t const digits = port.find_first_not_of('0');
+        std::size_t const width = digits == std::string::npos ? 0 : port.size() - digits;
+        if (!port.empty() && port.find_first_not_of("0123456789") == std::string::npos &&
+            (width > 5 || (width == 5 && port.compare(digits, 5, "65535") > 0))) {
             return "port " + Shown(port, 32) + " is above the maximum 65535";
         }
     }

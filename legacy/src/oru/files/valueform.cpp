@@ -288,6 +288,14 @@ bool ReadAppEndpoint(JsonValue const& value, StrAppEndpoint& out, Sink& sink,
                                   (hint.empty() ? "; allowed: " + allowed : hint));
             return false;
         }
+        // Without a host the port would be read as the host ("http://:80" as
+        // host 80), and written back as another URI.
+        std::size_t const host = scheme.size() + 3;
+        if (host == value.text.size() || value.text[host] == ':' || value.text[host] == '/') {
+            sink.Add(pointer, Shown(value.text, 64) + " names no host; write it as " +
+                                  Shown(scheme, 32) + "://HOST:PORT");
+            return false;
+        }
         out = StrAppEndpoint::FromUri(value.text);
         return PortGiven(value.text, out.GetEndpoint(), sink, pointer);
     }
