@@ -7,6 +7,7 @@
 #include <typeinfo>
 #include <vector>
 
+#include <legacy/oru/catalogue.h>
 #include <legacy/oru/oru.h>
 
 #include "registry.h"
@@ -51,6 +52,40 @@ TEST(DispatchTest, EveryRowReadsBackIntoItsClass) {
         EXPECT_TRUE(read->IsEqualValue(made))
             << made->GetValAsString() << " / " << read->GetValAsString();
     }
+}
+
+// The catalogue's cast by type bytes agrees with the classes themselves:
+// exactly one family's class fits each Item and Info, its own.
+TEST(DispatchTest, TheCatalogueCastFindsExactlyTheObjectsOwnClass) {
+    for (Catalogue::Family const& family : Catalogue::Families()) {
+        if (!family.makeItem) {
+            continue;
+        }
+        SCOPED_TRACE(family.name);
+        ItemPtr const made(family.makeItem(0x420C0005));
+        boost::intrusive_ptr<InfoBase> const info(
+            family.makeInfo ? family.makeInfo(0x420C0005, "", Permission_t()) : nullptr);
+        ItemBase const* const item = made.get();
+        std::size_t items = 0;
+        std::size_t infos = 0;
+        Catalogue::ForEachFamily([&](auto tag) {
+            using Tag = decltype(tag);
+            using Item = typename Tag::Item;
+            bool const cast = Catalogue::As<Item>(item) != nullptr;
+            EXPECT_EQ(cast, dynamic_cast<Item const*>(item) != nullptr) << typeid(Item).name();
+            items += cast;
+            if constexpr (Tag::hasInfo) {
+                using Info = typename Tag::Info;
+                bool const infoCast = Catalogue::As<Info>(info.get()) != nullptr;
+                EXPECT_EQ(infoCast, dynamic_cast<Info*>(info.get()) != nullptr)
+                    << typeid(Info).name();
+                infos += infoCast;
+            }
+        });
+        EXPECT_EQ(items, 1u);
+        EXPECT_EQ(infos, info ? 1u : 0u);
+    }
+    EXPECT_EQ(Catalogue::As<BoolItem>(static_cast<ItemBase const*>(nullptr)), nullptr);
 }
 
 TEST(DispatchTest, RowsWithoutARecordOfTheirOwn) {

@@ -310,6 +310,42 @@ std::enable_if_t<std::is_base_of<ItemBase, std::remove_const_t<Base>>::value, bo
     return Detail::VisitItem(All{}, item, item.GetType(), item.GetNumericType(), f);
 }
 
+namespace Detail {
+
+struct Bytes {
+    OruType_t type;
+    NumericType_t numericType;
+    bool found;
+};
+
+// The type bytes of the family whose Info or Item class is C.
+template <class C, class... Tags>
+constexpr Bytes BytesOf(List<Tags...>) {
+    Bytes bytes{OruType_t{}, NumericType_t::Undefined, false};
+    ((void)((std::is_same<C, typename Tags::Item>::value ||
+             std::is_same<C, typename Tags::Info>::value) &&
+            (bytes = Bytes{Tags::type, Tags::numericType, true}, true)),
+     ...);
+    return bytes;
+}
+
+}  // namespace Detail
+
+// object as C, an Info or Item class of the catalogue, when its type bytes
+// name C's family; null otherwise (and for null). The checked cast for code
+// above the model, in place of dynamic_cast.
+template <class C, class Base>
+auto As(Base* object) noexcept -> std::conditional_t<std::is_const<Base>::value, C const*, C*> {
+    constexpr Detail::Bytes bytes = Detail::BytesOf<C>(All{});
+    static_assert(bytes.found, "C is an Info or Item class of the catalogue");
+    if (!object || object->GetType() != bytes.type ||
+        (bytes.numericType != NumericType_t::Undefined &&
+         object->GetNumericType() != bytes.numericType)) {
+        return nullptr;
+    }
+    return static_cast<std::conditional_t<std::is_const<Base>::value, C const*, C*>>(object);
+}
+
 // One family at run time.
 struct ORU_API Family {
     OruType_t type;

@@ -68,28 +68,13 @@ Failure Illegal(ItemBase const& item, InfoBase const* info) {
                     BracketedTypeText(item.GetType(), item.GetNumericType())});
 }
 
-// The Info as InfoT when its type bytes name that class; null otherwise, as
-// the model's checks find an Info of another family.
-template <class InfoT>
-InfoT const* InfoAs(InfoBase const* info) {
-    InfoT const* out = nullptr;
-    if (info) {
-        Catalogue::VisitInfo(*info, [&](auto const& concrete) {
-            if constexpr (std::is_same<std::decay_t<decltype(concrete)>, InfoT>::value) {
-                out = &concrete;
-            }
-        });
-    }
-    return out;
-}
-
 // Size bounds of the array families: below the minimum first, then above the
 // maximum, each with its own key.
 template <class InfoT>
 std::optional<Failure> SizeFailure(ItemBase const& item, InfoBase const* info,
                                    unsigned long long size, char const* minKey,
                                    char const* maxKey) {
-    auto const* const arrayInfo = InfoAs<InfoT>(info);
+    auto const* const arrayInfo = Catalogue::As<InfoT>(info);
     if (!arrayInfo) {
         return TypeMismatch(item, info);
     }
@@ -104,7 +89,7 @@ std::optional<Failure> SizeFailure(ItemBase const& item, InfoBase const* info,
 
 template <class T>
 std::optional<Failure> NumericFailure(NumericItem<T> const& item, InfoBase const* info) {
-    auto const* const numericInfo = InfoAs<NumericInfo<T>>(info);
+    auto const* const numericInfo = Catalogue::As<NumericInfo<T>>(info);
     if (!numericInfo) {
         return TypeMismatch(item, info);
     }
@@ -127,7 +112,7 @@ std::optional<Failure> NumericFailure(NumericItem<T> const& item, InfoBase const
 }
 
 std::optional<Failure> CompositeFailure(CompositeItem const& item, InfoBase const* info) {
-    auto const* const compositeInfo = InfoAs<CompositeInfo>(info);
+    auto const* const compositeInfo = Catalogue::As<CompositeInfo>(info);
     if (!compositeInfo) {
         return TypeMismatch(item, info);
     }
@@ -145,7 +130,7 @@ std::optional<Failure> CompositeFailure(CompositeItem const& item, InfoBase cons
 }
 
 std::optional<Failure> BoolFailure(BoolItem const& item, InfoBase const* info) {
-    auto const* const boolInfo = InfoAs<BoolInfo>(info);
+    auto const* const boolInfo = Catalogue::As<BoolInfo>(info);
     if (!boolInfo) {
         return TypeMismatch(item, info);
     }
@@ -157,7 +142,7 @@ std::optional<Failure> BoolFailure(BoolItem const& item, InfoBase const* info) {
 }
 
 std::optional<Failure> EnumFailure(EnumItem const& item, InfoBase const* info) {
-    auto const* const enumInfo = InfoAs<EnumInfo>(info);
+    auto const* const enumInfo = Catalogue::As<EnumInfo>(info);
     if (!enumInfo) {
         return TypeMismatch(item, info);
     }
@@ -169,7 +154,7 @@ std::optional<Failure> EnumFailure(EnumItem const& item, InfoBase const* info) {
 }
 
 std::optional<Failure> StringFailure(StringItem const& item, InfoBase const* info) {
-    auto const* const stringInfo = InfoAs<StringInfo>(info);
+    auto const* const stringInfo = Catalogue::As<StringInfo>(info);
     if (!stringInfo) {
         return TypeMismatch(item, info);
     }
@@ -236,7 +221,7 @@ std::optional<Failure> FailureOf(CompositeItem const& item, InfoBase const* info
     return CompositeFailure(item, info);
 }
 std::optional<Failure> FailureOf(ExtendedItem const& item, InfoBase const* info) {
-    if (!InfoAs<ExtendedInfo>(info)) {
+    if (!Catalogue::As<ExtendedInfo>(info)) {
         return TypeMismatch(item, info);
     }
     return std::nullopt;

@@ -353,7 +353,7 @@ void AppendArray(std::string& out, Container const& values, AppendOne appendOne)
 
 // The enumeration entry's name when it leads back to the same number.
 void AppendEnum(std::string& out, int value, InfoBase const* info) {
-    if (auto const* enumInfo = dynamic_cast<EnumInfo const*>(info)) {
+    if (auto const* enumInfo = Catalogue::As<EnumInfo>(info)) {
         std::string name;
         int back = 0;
         if (enumInfo->GetElemName(value, name) == 0 && !name.empty() &&
@@ -366,7 +366,7 @@ void AppendEnum(std::string& out, int value, InfoBase const* info) {
 }
 
 bool AppendComposite(std::string& out, CompositeItem const& composite, InfoBase const* info) {
-    auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(info);
+    auto const* compositeInfo = Catalogue::As<CompositeInfo>(info);
     std::vector<CompositeItem::ConstItemPtr> children;
     composite.GetItems(children);
     out += "[";
@@ -534,7 +534,7 @@ namespace {
 template <class I>
 boost::intrusive_ptr<I> MakeItem(InfoBase const& info, Sink& sink, std::string const& pointer) {
     ItemPtr made(info.CreateItem());
-    boost::intrusive_ptr<I> typed(dynamic_cast<I*>(made.get()));
+    boost::intrusive_ptr<I> typed(Catalogue::As<I>(made.get()));
     if (!typed) {
         sink.Add(pointer, "the setting's definition makes no Item of its own family");
     }
@@ -636,7 +636,7 @@ std::string EntryHint(EnumInfo const* info, std::string const& name) {
 
 ItemPtr ReadComposite(JsonValue const& value, InfoBase const& info, Sink& sink,
                       std::string const& pointer) {
-    auto const* compositeInfo = dynamic_cast<CompositeInfo const*>(&info);
+    auto const* compositeInfo = Catalogue::As<CompositeInfo>(&info);
     if (!compositeInfo) {
         sink.Add(pointer, "the setting's definition is no composite");
         return nullptr;
@@ -727,7 +727,7 @@ bool ReadInto(JsonValue const& value, NumericArrayItem<T>& item, InfoBase const&
 bool ReadInto(JsonValue const& value, EnumItem& item, InfoBase const& info, Sink& sink,
               std::string const& pointer) {
     if (Kind::String == value.kind) {
-        auto const* enumInfo = dynamic_cast<EnumInfo const*>(&info);
+        auto const* enumInfo = Catalogue::As<EnumInfo>(&info);
         if (!enumInfo || enumInfo->GetElemVal(value.text, item.Val()) != 0) {
             sink.Add(pointer, "no entry is named \"" + Shown(value.text, 32) + "\"" +
                                   EntryHint(enumInfo, value.text));

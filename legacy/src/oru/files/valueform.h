@@ -18,6 +18,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include <legacy/oru/catalogue.h>
 #include <legacy/oru/files/problem.h>
 #include <legacy/oru/oru.h>
 
@@ -322,7 +323,7 @@ void AppendColour(std::string& out, Vintor::Colour_t const& colour);
 
 template <class I>
 I const* As(ItemBase const& item) {
-    return dynamic_cast<I const*>(&item);
+    return Catalogue::As<I>(&item);
 }
 
 // "settings of the Collection family have no value form", for an Info or Item.
