@@ -328,6 +328,15 @@ TEST(FilesCheck, WhatWasSeenIsRefusedWithItsReasonByEveryEntryPoint) {
         {"Net/Host", "\"::ffff:10.0.0.1\"", "", ""},
         {"Net/Peer", "\"[1::2::3]:80\"", "/Net~1Peer", "1::2::3 is no host name or address"},
         {"Net/Peer", "\"[fe80::1]:80\"", "", ""},
+        // Dotted digits are an IPv4 address or none; names keep to their labels.
+        {"Net/Host", "\"1.2.3\"", "/Net~1Host",
+         "1.2.3 is no IPv4 address: it needs four numbers of 0 to 255"},
+        {"Net/Peer", "\"1.2.3.4.5:1\"", "/Net~1Peer",
+         "1.2.3.4.5 is no IPv4 address: it needs four numbers of 0 to 255"},
+        {"Net/Peer", "\"-h:1\"", "/Net~1Peer", "-h is no host name or address"},
+        {"Net/Host", "\"cam..local\"", "/Net~1Host", "cam..local is no host name or address"},
+        {"Net/Host", "\"cam-1.local.\"", "", ""},
+        {"Net/Host", "\"_sip.cam-1\"", "", ""},
     };
     for (Row const& row : rows) {
         std::string const json = "{\"" + std::string(row.path) + "\": " + row.value + "}";

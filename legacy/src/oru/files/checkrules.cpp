@@ -15,12 +15,17 @@ namespace CheckRules {
 
 namespace {
 
+// Digits and dots only: an IPv4 address or a mistyped one ("1.2.3"), never
+// a name.
 bool IsIpv4Like(std::string const& host) {
     return !host.empty() && host.find_first_not_of("0123456789.") == std::string::npos &&
-           std::count(host.begin(), host.end(), '.') == 3;
+           host.find('.') != std::string::npos;
 }
 
 std::string Ipv4Problem(std::string const& host) {
+    if (std::count(host.begin(), host.end(), '.') != 3) {
+        return Shown(host, 64) + " is no IPv4 address: it needs four numbers of 0 to 255";
+    }
     std::size_t start = 0;
     while (start <= host.size()) {
         std::size_t end = host.find('.', start);
@@ -47,11 +52,31 @@ bool IsIpv6(std::string const& host) {
            Net::AddrIp::TryParse(host, parsed) && parsed.IsV6();
 }
 
+// Labels of letters, digits, '-' and '_' between dots, none empty, none
+// longer than 63 or with a '-' at either end; one dot may end the name.
 bool IsHostName(std::string const& host) {
-    for (char const c : host) {
-        if (!std::isalnum(static_cast<unsigned char>(c)) && c != '-' && c != '.' && c != '_') {
+    std::string const name =
+        host.size() > 1 && host.back() == '.' ? host.substr(0, host.size() - 1) : host;
+    if (name.size() > 253) {
+        return false;
+    }
+    std::size_t start = 0;
+    while (start <= name.size()) {
+        std::size_t end = name.find('.', start);
+        if (end == std::string::npos) {
+            end = name.size();
+        }
+        std::size_t const length = end - start;
+        if (length == 0 || length > 63 || name[start] == '-' || name[end - 1] == '-') {
             return false;
         }
+        for (std::size_t i = start; i < end; ++i) {
+            char const c = name[i];
+            if (!std::isalnum(static_cast<unsigned char>(c)) && c != '-' && c != '_') {
+                return false;
+            }
+        }
+        start = end + 1;
     }
     return true;
 }
