@@ -898,9 +898,10 @@ TEST(FilesValues, OneValueReadsAgainstItsInfoWithProblemsUnderThePointerGiven) {
 
     // A whole number in a float's form is a float to whoever wrote it.
     EXPECT_FALSE(ReadValue("[2.0, 1e2, -0.0]", *bytes, problems, "/x"));
-    EXPECT_EQ(problems, (Problems{{"/x/0", "expected a whole number in plain digits for U8, not 2.0"},
-                                  {"/x/1", "expected a whole number in plain digits for U8, not 1e2"},
-                                  {"/x/2", "expected a whole number in plain digits for U8, not -0.0"}}));
+    EXPECT_EQ(problems,
+              (Problems{{"/x/0", "expected a whole number in plain digits for U8, not 2.0"},
+                        {"/x/1", "expected a whole number in plain digits for U8, not 1e2"},
+                        {"/x/2", "expected a whole number in plain digits for U8, not -0.0"}}));
     problems.clear();
 
     EXPECT_FALSE(ReadValue("[1, 256, 0.25, null]", *bytes, problems, "/x"));

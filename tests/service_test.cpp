@@ -178,6 +178,7 @@ TEST(ServiceTest, RoutesAnswerWithTheirCodes) {
         {"GET", "/api/settings/Device/Serial", 404, "application/json"},
         {"GET", "/api/settings/Audio%2", 400, "application/json"},
         {"GET", "/api/settings/Audio%zzGain", 400, "application/json"},
+        {"GET", "/api/settings/Audio%+FGain", 400, "application/json"},
         {"POST", "/api/settings", 405, "application/json"},
         {"DELETE", "/api/settings/Audio/Gain", 405, "application/json"},
         {"GET", "/api/apply", 405, "application/json"},

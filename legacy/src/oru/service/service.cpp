@@ -1,6 +1,7 @@
 #include <legacy/oru/service/service.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstring>
 #include <map>
@@ -104,19 +105,6 @@ bool ShallowJson(std::string const& text) {
     return true;
 }
 
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return -1;
-}
-
 // %XX decoded; false on a broken escape.
 bool PercentDecode(std::string const& text, std::string& out) {
     out.clear();
@@ -128,12 +116,13 @@ bool PercentDecode(std::string const& text, std::string& out) {
         if (i + 2 >= text.size()) {
             return false;
         }
-        int const high = HexDigit(text[i + 1]);
-        int const low = HexDigit(text[i + 2]);
-        if (high < 0 || low < 0) {
+        unsigned int byte = 0;
+        char const* const end = text.data() + i + 3;
+        auto const read = std::from_chars(text.data() + i + 1, end, byte, 16);
+        if (read.ec != std::errc() || read.ptr != end) {
             return false;
         }
-        out += static_cast<char>(high * 16 + low);
+        out += static_cast<char>(byte);
         i += 2;
     }
     return true;
