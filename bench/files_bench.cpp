@@ -94,6 +94,24 @@ void BM_ReadValues_Nlohmann(benchmark::State& state) {
     Bench::ReportAllocations(state, allocations);
 }
 
+// The one check of a passing value, timed, with its allocations.
+void TimeCheck(benchmark::State& state, ItemBase const& item,
+               boost::intrusive_ptr<InfoBase const> const& info, char const* label) {
+    std::string const pointer;
+    Bench::AllocationScope const allocations;
+    {
+        Bench::InstructionWindow window(state, label);
+        for (auto _ : state) {
+            Files::Problems const problems = Files::Check(item, info, pointer);
+            if (!problems.empty()) {
+                state.SkipWithError(problems.front().message.c_str());
+            }
+            benchmark::DoNotOptimize(problems);
+        }
+    }
+    Bench::ReportAllocations(state, allocations);
+}
+
 // The one check of a value that passes: it should allocate nothing.
 void BM_Check_Oru_Numeric(benchmark::State& state) {
     Device& device = TheDevice();
@@ -105,19 +123,7 @@ void BM_Check_Oru_Numeric(benchmark::State& state) {
     boost::intrusive_ptr<InfoBase const> const info = slot->GetInfoHolder()->GetInfo();
     boost::intrusive_ptr<ItemBase const> const item(
         NumericItem<U32Traits>::Create(info->GetId(), 1200));
-    std::string const pointer;
-    Bench::AllocationScope const allocations;
-    {
-        Bench::InstructionWindow window(state, "Check/Oru/Numeric");
-        for (auto _ : state) {
-            Files::Problems const problems = Files::Check(*item, info, pointer);
-            if (!problems.empty()) {
-                state.SkipWithError(problems.front().message.c_str());
-            }
-            benchmark::DoNotOptimize(problems);
-        }
-    }
-    Bench::ReportAllocations(state, allocations);
+    TimeCheck(state, *item, info, "Check/Oru/Numeric");
 }
 BENCHMARK(BM_Check_Oru_Numeric);
 
@@ -127,19 +133,7 @@ void BM_Check_Oru_String(benchmark::State& state) {
     string->SetMaxLength(64);
     boost::intrusive_ptr<InfoBase const> const info(string);
     boost::intrusive_ptr<ItemBase const> const item(StringItem::Create(1, "camera-entrance-1"));
-    std::string const pointer;
-    Bench::AllocationScope const allocations;
-    {
-        Bench::InstructionWindow window(state, "Check/Oru/String");
-        for (auto _ : state) {
-            Files::Problems const problems = Files::Check(*item, info, pointer);
-            if (!problems.empty()) {
-                state.SkipWithError(problems.front().message.c_str());
-            }
-            benchmark::DoNotOptimize(problems);
-        }
-    }
-    Bench::ReportAllocations(state, allocations);
+    TimeCheck(state, *item, info, "Check/Oru/String");
 }
 BENCHMARK(BM_Check_Oru_String);
 BENCHMARK(BM_ReadValues_Nlohmann)->Unit(benchmark::kMillisecond);
